@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace vex {
+
+/// An IPv4 address in host byte order with its port.
+struct DatagramAddress {
+  uint32_t Address = 0;
+  uint16_t Port = 0;
+  friend bool operator==(const DatagramAddress&, const DatagramAddress&) = default;
+};
+
+struct Datagram {
+  DatagramAddress To;
+  std::span<const uint8_t> Bytes;
+};
+
+/// A socket for sending UDP datagrams to the show network. Sending never waits.
+class DatagramSocket {
+ public:
+  virtual ~DatagramSocket() = default;
+  /// Sends all in one go where the machine can. Returns 0, or the system's code of the first datagram
+  /// that failed (an unreachable network, say); the others are tried all the same.
+  virtual int32_t Send(std::span<const Datagram> datagrams) = 0;
+};
+
+/// UDP as the output components need it.
+class Datagrams {
+ public:
+  virtual ~Datagrams() = default;
+  /// A socket whose multicast goes out by the interface with that address (0: the system's choice), time
+  /// to live 1 unless set up otherwise, broadcast allowed. Raises Error with the system's code.
+  [[nodiscard]] virtual std::unique_ptr<DatagramSocket> NewSender(uint32_t multicastInterface) = 0;
+  /// A host name or dotted address; empty when it cannot be resolved.
+  [[nodiscard]] virtual bool Resolve(const std::string& szHost, uint32_t& address) = 0;
+  /// The system's words for a code.
+  [[nodiscard]] virtual std::string Describe(int32_t lCode) const = 0;
+};
+
+}  // namespace vex

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace vex {
+
+/// A file open for reading at any place; closes itself.
+class OpenFile {
+ public:
+  virtual ~OpenFile() = default;
+  [[nodiscard]] virtual uint64_t Size() const = 0;
+  /// Fills the whole span from the offset; false when the file has not that many bytes or cannot be read.
+  virtual bool ReadAt(uint64_t offset, std::span<uint8_t> bytes) = 0;
+};
+
+/// The file system as the system sees it. Paths are written the Windows way in single-byte text, as in
+/// "D:\shows\eve.shw"; the host turns them into its own at the moment a file is opened. No call raises.
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  /// Reads the whole file into szContents, whose memory is used again; false on any failure, and then
+  /// szReason, where given, says why in the system's words ("File not found" where it is missing).
+  virtual bool Read(const std::string& szPath, std::string& szContents, std::string* szReason = nullptr) = 0;
+  /// Writes the whole file or leaves the old one: a temporary file beside it, flushed and renamed over it,
+  /// with the old file's permissions.
+  virtual bool Write(const std::string& szPath, const std::string& szText,
+                     std::string* szReason = nullptr) = 0;
+  /// Empty when it cannot be opened.
+  [[nodiscard]] virtual std::unique_ptr<OpenFile> Open(const std::string& szPath) = 0;
+
+  /// True when the path exists and is not a folder.
+  [[nodiscard]] virtual bool Exists(const std::string& szPath) = 0;
+  virtual bool MakeFolder(const std::string& szPath) = 0;
+  virtual bool Remove(const std::string& szPath) = 0;
+
+  /// The path as this machine's libraries take it, UTF-8.
+  [[nodiscard]] virtual std::string HostPath(const std::string& szPath) = 0;
+  /// A path of this machine (UTF-8) as the system writes it.
+  [[nodiscard]] virtual std::string SystemPath(const std::string& szHostPath) = 0;
+  /// The folder from which the running program was started, without a trailing backslash.
+  [[nodiscard]] virtual std::string ProgramFolder() = 0;
+  /// What program file names end in: ".exe", or nothing.
+  [[nodiscard]] virtual std::string ProgramSuffix() const = 0;
+};
+
+}  // namespace vex

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+
+#include "host/Clock.h"
+#include "host/Datagrams.h"
+#include "host/EventLoop.h"
+#include "host/Files.h"
+#include "host/MessageBoxes.h"
+#include "host/Processes.h"
+#include "host/Registry.h"
+#include "host/SingleInstance.h"
+#include "host/Windows.h"
+
+namespace vex {
+
+/// Everything asked of the machine, gathered. Programs make one and hand each class the one or two seams
+/// that it uses; nothing below a program takes the whole host.
+class Host {
+ public:
+  virtual ~Host() = default;
+
+  virtual vex::Clock& Clock() = 0;
+  virtual vex::EventLoop& EventLoop() = 0;
+  virtual vex::Windows& Windows() = 0;
+  virtual vex::Datagrams& Datagrams() = 0;
+  virtual vex::Registry& Registry() = 0;
+  virtual vex::Files& Files() = 0;
+  virtual vex::Processes& Processes() = 0;
+  virtual vex::SingleInstance& SingleInstance() = 0;
+  virtual vex::MessageBoxes& MessageBoxes() = 0;
+};
+
+/// The host family that was linked in.
+std::unique_ptr<Host> NativeHost();
+
+}  // namespace vex
