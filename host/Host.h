@@ -7,6 +7,7 @@
 #include "host/EventLoop.h"
 #include "host/Files.h"
 #include "host/MessageBoxes.h"
+#include "host/PlayerFinder.h"
 #include "host/Processes.h"
 #include "host/Registry.h"
 #include "host/SingleInstance.h"
@@ -29,6 +30,7 @@ class Host {
   virtual vex::Processes& Processes() = 0;
   virtual vex::SingleInstance& SingleInstance() = 0;
   virtual vex::MessageBoxes& MessageBoxes() = 0;
+  virtual vex::PlayerFinder& PlayerFinder() = 0;
 };
 
 /// The host family that was linked in.

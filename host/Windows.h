@@ -51,6 +51,8 @@ class Windows {
   /// Makes the program's hidden main window with a procedure that does nothing, and lets other programs
   /// find it. Raises Error with the system's code when it cannot be made.
   [[nodiscard]] virtual WindowHandle NewMainWindow() = 0;
+  /// The same for a companion program: others reach the window only by its handle.
+  [[nodiscard]] virtual WindowHandle NewWindow() = 0;
   virtual void DestroyWindow(WindowHandle hWnd) = 0;
 
   /// Puts a procedure before a window of this program and returns the former one.
@@ -64,6 +66,9 @@ class Windows {
 
   /// Sends a WM_COPYDATA. Never waits for a receiver in another program on hosts where that can be helped.
   virtual SendResult SendCopyData(WindowHandle sender, WindowHandle target, const CopyData& copy) = 0;
+  /// True while something sent to that window is kept in this program because the receiver has no room; it
+  /// goes out as the loop runs, and a program that ended now would lose it.
+  [[nodiscard]] virtual bool Unsent(WindowHandle target) const = 0;
 };
 
 }  // namespace vex
