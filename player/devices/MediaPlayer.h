@@ -55,6 +55,10 @@ class MediaPlayer {
     return NextDue::EveryTick();
   }
 
+  /// Hint: the clock's elapsed time, in nanoseconds, at which the play state next changes by itself; Never
+  /// for a player that raises Changed when that happens, which is soon enough where media really play.
+  [[nodiscard]] virtual NextDue NextStateChange() { return NextDue::EveryTick(); }
+
   /// Raised when the open state changes (13 is media open).
   std::function<void(int32_t)> OpenStateChange;
   /// Raised when media cannot be opened or played.
