@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string>
 
 #include "host/Clock.h"
 #include "host/Datagrams.h"
@@ -31,6 +33,16 @@ class Host {
   virtual vex::SingleInstance& SingleInstance() = 0;
   virtual vex::MessageBoxes& MessageBoxes() = 0;
   virtual vex::PlayerFinder& PlayerFinder() = 0;
+
+  /// Tells where drive letters lie: lookUp gets a capital letter and answers the machine's folder, as the
+  /// settings have it, or empty text when the letter is not set. Machines with drives of their own need none.
+  virtual void DriveTable(std::function<std::string(char)> /*lookUp*/) {}
+  /// The handler runs on the loop when the machine asks the program to end (termination, an interrupt from
+  /// the terminal). Without it the program just ends.
+  virtual void OnTerminate(std::function<void()> /*handler*/) {}
+  /// Asks for the sharpest timing that the machine grants this program, and goes on without; true when
+  /// granted.
+  virtual bool SharpTimers() { return false; }
 };
 
 /// The host family that was linked in.
