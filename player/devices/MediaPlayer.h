@@ -69,7 +69,8 @@ class MediaPlayer {
   std::function<void(const std::string&)> Trouble;
 };
 
-/// The window in which the media player shows pictures: the control sits on it. Places are in twips.
+/// The window in which the media player shows pictures: the control sits on it. Places are in twips, sizes
+/// inside the window in pixels. A window that the media library draws by itself has no control to move.
 class MediaWindow {
  public:
   static constexpr int32_t TwipsPerPixel = 15;
@@ -81,6 +82,17 @@ class MediaWindow {
   [[nodiscard]] virtual bool Loaded() const = 0;
   [[nodiscard]] virtual bool Visible() const = 0;
   virtual void Unload() = 0;
+
+  virtual void Caption(const std::string& szCaption) { (void)szCaption; }
+  /// Moves the control inside the window.
+  virtual void MoveControl(int32_t lLeft, int32_t lTop, int32_t lWidth, int32_t lHeight) {
+    (void)lLeft, (void)lTop, (void)lWidth, (void)lHeight;
+  }
+
+  /// Raised when the window has a new inner size: width and height.
+  std::function<void(int32_t, int32_t)> Resized;
+  /// Asked when somebody presses the window's close box: may it close. Not set, it may not.
+  std::function<bool()> MayClose;
 };
 
 }  // namespace vex

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "player/devices/NextDue.h"
@@ -59,6 +60,8 @@ class SequenceEngine {
   [[nodiscard]] virtual NextDue NextEventDue() { return NextDue::EveryTick(); }
   /// Hint: the clock's elapsed time, in nanoseconds, at which the play state next changes by itself.
   [[nodiscard]] virtual NextDue NextStateChange() { return NextDue::EveryTick(); }
+  /// Hint: how long the loaded sequence lasts, in milliseconds; no value from an engine that cannot tell.
+  [[nodiscard]] virtual std::optional<int32_t> Length() { return std::nullopt; }
 
   /// Raised when the engine asks for the control's keep-alive.
   std::function<void()> KeepAlive;
