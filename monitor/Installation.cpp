@@ -37,7 +37,9 @@ const std::string& Installation::UserDataPath() {
   return m_UserDataPath;
 }
 
-std::string Installation::ProgramFolder() { return EnsureTrailingBackslash(m_Files.ProgramFolder()); }
+std::string Installation::ProgramFolder() {
+  return EnsureTrailingBackslash(m_Files.ProgramFolder());
+}
 
 std::string Installation::ProgramFile(const std::string& szName) {
   const std::string szFile = szName + m_Files.ProgramSuffix();
@@ -67,17 +69,25 @@ void Installation::RunPostInstallation() {
   m_Processes.WaitFor(process);
 }
 
-int16_t Installation::LocalPort() { return Port("LocalPort", 3737); }
+int16_t Installation::LocalPort() {
+  return Port("LocalPort", 3737);
+}
 
-int16_t Installation::RemotePort() { return Port("RemotePort", 3738); }
+int16_t Installation::RemotePort() {
+  return Port("RemotePort", 3738);
+}
 
 std::string Installation::RemoteHost() {
   return GetProductString(m_Registry, "RemoteHost", LinkSubkey, "127.0.0.1");
 }
 
-bool Installation::SupportsSpecial() { return GetProductBool(m_Registry, "SupportsSpecial", LinkSubkey, true); }
+bool Installation::SupportsSpecial() {
+  return GetProductBool(m_Registry, "SupportsSpecial", LinkSubkey, true);
+}
 
-bool Installation::On() { return GetProductBool(m_Registry, "On", LinkSubkey, false); }
+bool Installation::On() {
+  return GetProductBool(m_Registry, "On", LinkSubkey, false);
+}
 
 // The control takes 16-bit numbers; a port above 32767 is the number of the same bits.
 int16_t Installation::Port(const char* szName, int16_t defaultPort) {
