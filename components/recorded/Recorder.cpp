@@ -1,0 +1,51 @@
+#include "components/recorded/Recorder.h"
+
+#include <fstream>
+#include <utility>
+
+#include "host/Files.h"
+
+namespace vex {
+
+Recorder::Recorder(const Clock& clock, Sink sink) : m_Clock(clock), m_Sink(std::move(sink)) {}
+
+JsonLine Recorder::CallLine(std::string_view szKind, std::string_view szCall) const {
+  JsonLine line(m_Clock, szKind);
+  line.Add("call", std::string(szCall));
+  return line;
+}
+
+void Recorder::Sequence(std::string_view szCall, const std::string& szFile) {
+  m_Sink("seq", szCall, CallLine("seq", szCall).Add("file", szFile));
+}
+
+void Recorder::MediaOpen(const std::string& szFile) {
+  m_Sink("media", "open", CallLine("media", "open").Add("file", szFile));
+}
+
+void Recorder::Media(std::string_view szCall) {
+  m_Sink("media", szCall, CallLine("media", szCall));
+}
+
+void Recorder::InputOutput(std::string_view szCall, const std::vector<JsonValue>& arguments) {
+  m_Sink("io", szCall, CallLine("io", szCall).Add("args", arguments));
+}
+
+void Recorder::Window(std::string_view szCall) {
+  m_Sink("window", szCall, CallLine("window", szCall));
+}
+
+void Recorder::Shell(const std::string& szCommandLine) {
+  m_Sink("shell", "", JsonLine(m_Clock, "shell").Add("commandLine", szCommandLine));
+}
+
+Recorder::Sink FileSink(Files& files, const std::string& szPath) {
+  auto stream = std::make_shared<std::ofstream>();
+  return [&files, szPath, stream](std::string_view, std::string_view, const JsonLine& line) {
+    // Opened late, so that a program that ends before it has anything to write leaves an older file alone.
+    if (!stream->is_open()) stream->open(files.HostPath(szPath), std::ios::binary | std::ios::trunc);
+    *stream << line.Text() << '\n' << std::flush;
+  };
+}
+
+}  // namespace vex

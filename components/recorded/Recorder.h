@@ -1,0 +1,43 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "components/recorded/JsonLine.h"
+
+namespace vex {
+
+class Files;
+
+/// Where the recorded devices write down what was asked of them, a line for each call in the order of the
+/// calls, whether or not the call changes anything. All devices of one run share one recorder.
+class Recorder {
+ public:
+  /// What becomes of a line; szCall is its "call", empty for a shell command.
+  using Sink = std::function<void(std::string_view szKind, std::string_view szCall, const JsonLine& line)>;
+
+  Recorder(const Clock& clock, Sink sink);
+
+  void Sequence(std::string_view szCall, const std::string& szFile);
+  void MediaOpen(const std::string& szFile);
+  void Media(std::string_view szCall);
+  void InputOutput(std::string_view szCall, const std::vector<JsonValue>& arguments);
+  void Window(std::string_view szCall);
+  void Shell(const std::string& szCommandLine);
+
+ private:
+  [[nodiscard]] JsonLine CallLine(std::string_view szKind, std::string_view szCall) const;
+
+  const Clock& m_Clock;
+  Sink m_Sink;
+};
+
+/// A sink that writes each line to a file of that path, begun anew with the first line; a line is in the file
+/// when the call returns. Lines that cannot be written are lost, for the show goes on.
+[[nodiscard]] Recorder::Sink FileSink(Files& files, const std::string& szPath);
+
+}  // namespace vex
