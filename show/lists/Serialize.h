@@ -33,6 +33,8 @@ class TextArray {
 
   void Append(Text text) { m_Elements.push_back(std::move(text)); }
   void Clear() { m_Elements.clear(); }
+  /// Drops what stands behind the first lLength elements.
+  void Truncate(int32_t lLength) { m_Elements.resize(static_cast<size_t>(lLength)); }
   [[nodiscard]] auto begin() const { return m_Elements.begin(); }
   [[nodiscard]] auto end() const { return m_Elements.end(); }
 
