@@ -115,7 +115,8 @@ class ShowPlayer {
 
   // Settings and networks.
   void ReadSettings(Registry& settings, Networks& networks);
-  void OpenMainNetworks(std::optional<bool> boolForPlay);
+  void OpenNetwork(int32_t lNetwork, std::optional<bool> boolForPlay);
+  void OpenMainNetworksForPlay();
   void OpenNetworksUsedBy(SequencePlayInfo& sequence);
 
   // The show.

@@ -1,0 +1,429 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include "tests/player/PlayerRig.h"
+
+namespace vex::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(ShowPlayerPhases, AnEmptyShowStartsAndGoesOnUntilItIsReplaced) {
+  PlayerRig rig;
+  rig.Give(ShowText{});
+  rig.Run(1000);
+  EXPECT_THAT(rig.Course(), ElementsAre("1 Starting show: eve.shw"));
+  EXPECT_TRUE(rig.Player->CurrentShow());
+  rig.Give(nullptr);
+  rig.Run(1000);
+  EXPECT_THAT(rig.Course(),
+              ElementsAre("1 Starting show: eve.shw", "1 Current show is entering shutdown mode",
+                          "1 Finished show: eve.shw"));
+  EXPECT_FALSE(rig.Player->CurrentShow());
+}
+
+TEST(ShowPlayerPhases, TheFirstTickThatFindsNoShowDisablesTheTimer) {
+  PlayerRig rig;
+  rig.Give(nullptr);
+  EXPECT_TRUE(rig.ShowTimer->Enabled());
+  rig.Run(1);
+  EXPECT_FALSE(rig.ShowTimer->Enabled());
+  EXPECT_THAT(rig.LinesOf("0"), ElementsAre("0 Starting next show", "0 No current show"));
+  EXPECT_EQ(rig.Lights->ShowsEndedCount, 1);
+}
+
+TEST(ShowPlayerPhases, StartupSequencesPlayOneAfterAnother) {
+  PlayerRig rig;
+  rig.Sequences({"s1", "s2"}, 1000);
+  rig.Sequences({"a"}, 500);
+  ShowText text;
+  text.Startup = {"s1", "s2"};
+  text.Animation = {"a"};
+  rig.Give(text);
+  rig.Run(5000);
+  EXPECT_EQ(rig.TimeOf("1 Starting Startup: s1"), 2);
+  EXPECT_EQ(rig.TimeOf("1 Ending Startup: s1"), 1002);
+  EXPECT_EQ(rig.TimeOf("1 Starting Startup: s2"), 1003);
+  EXPECT_EQ(rig.TimeOf("1 Ending Startup: s2"), 2003);
+  EXPECT_EQ(rig.TimeOf("1 Starting Animation: a"), 2004);
+}
+
+TEST(ShowPlayerPhases, AShowWithOnlyABackgroundLoopsItUntilShutdown) {
+  PlayerRig rig;
+  rig.Sequences({"bg"}, 100);
+  ShowText text;
+  text.Background = {"bg"};
+  rig.Give(text);
+  rig.Run(10000);
+  rig.Give(nullptr);
+  rig.Run(100);
+  EXPECT_THAT(
+      rig.Course(),
+      ElementsAre("1 Starting show: eve.shw", "1 Loading sequence: bg Background: bg",
+                  "1 Starting Background: bg", "1 Current show is entering shutdown mode",
+                  "1 Stopping Background: bg", "1 Ending Background: bg", "1 Finished show: eve.shw"));
+  EXPECT_TRUE(rig.Has("seq prepare bg loop lightsoff"));
+}
+
+TEST(ShowPlayerPhases, AnimationsCycleOneAfterAnother) {
+  PlayerRig rig;
+  rig.Sequences({"a1", "a2"}, 1000);
+  ShowText text;
+  text.Animation = {"a1", "a2"};
+  rig.Give(text);
+  rig.Run(3500);
+  EXPECT_THAT(rig.LinesOf("1 Starting A"),
+              ElementsAre("1 Starting Animation: a1", "1 Starting Animation: a2", "1 Starting Animation: a1",
+                          "1 Starting Animation: a2"));
+  EXPECT_THAT(rig.LinesOf("1 Loading"),
+              ElementsAre("1 Loading sequence: a1 Animation: a1", "1 Loading sequence: a2 Animation: a2"));
+}
+
+TEST(ShowPlayerPhases, AnimationsOfTypeTwoLoopSideBySide) {
+  PlayerRig rig;
+  rig.Sequences({"a1", "a2"}, 1000);
+  ShowText text;
+  text.Animation = {"a1", "a2"};
+  text.AnimationType = 2;
+  rig.Give(text);
+  rig.Run(5000);
+  EXPECT_THAT(rig.LinesOf("1 Starting A"),
+              ElementsAre("1 Starting Animation: a1", "1 Starting Animation: a2"));
+  EXPECT_EQ(rig.Player->Playing().Count(), 2);
+}
+
+TEST(ShowPlayerPhases, SongsPlayInListOrderRoundAndRound) {
+  PlayerRig rig;
+  rig.Sequences({"m1", "m2"}, 9999, "song.ogg");
+  ShowText text;
+  text.Songs = {"m1", "m2"};
+  rig.Give(text);
+  rig.Run(3500);
+  EXPECT_THAT(rig.LinesOf("1 Starting M"), ElementsAre("1 Starting Musical: m1", "1 Starting Musical: m2",
+                                                       "1 Starting Musical: m1", "1 Starting Musical: m2"));
+  EXPECT_THAT(rig.LinesOf("media").size(), 11U);  // open, play and stop of three songs, open and play of one
+}
+
+TEST(ShowPlayerPhases, AMediaSequenceIsTakenThroughItsStepsInOrder) {
+  PlayerRig rig;
+  rig.Sequences({"m1"}, 9999, "song.ogg");
+  ShowText text;
+  text.Songs = {"m1"};
+  rig.Give(text);
+  rig.Run(100);
+  Transcript devices;
+  for (const auto& szLine : rig.Lines) {
+    if (szLine.rfind("io", 0) != 0 && szLine.rfind("report", 0) != 0) devices.push_back(szLine);
+  }
+  EXPECT_THAT(devices,
+              ElementsAre("0 Starting next show", "1 Starting show: eve.shw", "0 Queueing Musical: m1",
+                          "1 Loading sequence: m1 Musical: m1", "seq load m1",
+                          "seq prepare m1 media lightsoff", "media open song.ogg", "seq sync from 0 m1",
+                          "media play", "1 Starting Musical: m1", "seq start m1"));
+}
+
+TEST(ShowPlayerPhases, ASongEndsWithItsMediaAndIsStopped) {
+  PlayerRig rig;
+  rig.Sequences({"m1"}, 9999, "song.ogg");
+  ShowText text;
+  text.Songs = {"m1"};
+  text.Delay = 100;
+  rig.Give(text);
+  rig.Run(100);
+  rig.Forget();
+  rig.Run(2000);
+  EXPECT_THAT(rig.Lines, ElementsAre("seq stop m1", "media stop", "1 Ending Musical: m1",
+                                     "1 Delaying between Musical sequences for 100 seconds"));
+  EXPECT_FALSE(rig.Player->MediaHolder());
+}
+
+TEST(ShowPlayerPhases, CleanUpPlaysAfterEverySongThenTheDelay) {
+  PlayerRig rig;
+  rig.Sequences({"m1", "m2"}, 9999, "song.ogg");
+  rig.Sequences({"c"}, 300);
+  ShowText text;
+  text.Songs = {"m1", "m2"};
+  text.CleanUp = "c";
+  text.Delay = 2;
+  rig.Give(text);
+  rig.Run(7000);
+  EXPECT_THAT(rig.LinesOf("1 Starting "),
+              ElementsAre("1 Starting show: eve.shw", "1 Starting Musical: m1", "1 Starting Cleanup: c",
+                          "1 Starting Musical: m2", "1 Starting Cleanup: c"));
+  EXPECT_EQ(rig.TimeOf("1 Delaying between Musical sequences for 2 seconds"), 1303);
+  // 1.303 + 2 rounds to second 3.
+  EXPECT_EQ(rig.TimeOf("0 Delay finished"), 3000);
+  EXPECT_EQ(rig.TimeOf("1 Starting Musical: m2"), 3001);
+}
+
+TEST(ShowPlayerPhases, WithoutADelayTheNextSongIsQueuedInTheTickInWhichTheCleanUpEnds) {
+  PlayerRig rig;
+  rig.Sequences({"m1"}, 9999, "song.ogg");
+  rig.Sequences({"c"}, 300);
+  ShowText text;
+  text.Songs = {"m1"};
+  text.CleanUp = "c";
+  rig.Give(text);
+  rig.Run(1400);
+  const auto& lines = rig.Lines;
+  const auto end = std::find(lines.begin(), lines.end(), "1 Ending Cleanup: c");
+  ASSERT_NE(end, lines.end());
+  EXPECT_EQ(*(end + 1), "0 Queueing Musical: m1");
+  EXPECT_EQ(rig.TimeOf("1 Ending Cleanup: c"), 1303);
+}
+
+TEST(ShowPlayerPhases, ANegativeDelayIsNone) {
+  PlayerRig rig;
+  rig.Sequences({"m1"}, 9999, "song.ogg");
+  ShowText text;
+  text.Songs = {"m1"};
+  text.Delay = -5;
+  rig.Give(text);
+  rig.Run(2500);
+  EXPECT_EQ(rig.LinesOf("1 Starting M").size(), 3U);
+  EXPECT_THAT(rig.LinesOf("1 Delaying"), IsEmpty());
+}
+
+TEST(ShowPlayerPhases, TheDelaysEndIsRoundedHalvesToEven) {
+  PlayerRig rig;
+  rig.Sequences({"m1"}, 9999, "song.ogg");
+  rig.Media->Lengths["song.ogg"] = 498;  // from 2 ms to 500 ms
+  ShowText text;
+  text.Songs = {"m1"};
+  text.Delay = 2;
+  rig.Give(text);
+  rig.Run(4000);
+  EXPECT_EQ(rig.TimeOf("1 Delaying between Musical sequences for 2 seconds"), 500);
+  EXPECT_EQ(rig.TimeOf("0 Delay finished"), 2000);  // 64800.5 + 2 = 64802.5 becomes 64802
+}
+
+TEST(ShowPlayerPhases, ADelayThatWouldEndAfterMidnightNeverEnds) {
+  PlayerRig rig;
+  rig.Host.Clock().SetWallClock(DateTime::FromParts(2026, 12, 24, 23, 59, 58));
+  rig.Sequences({"m1"}, 9999, "song.ogg");
+  rig.Sequences({"a"}, 600000);
+  ShowText text;
+  text.Songs = {"m1"};
+  text.Animation = {"a"};
+  text.Delay = 2;
+  rig.Give(text);
+  rig.Run(int64_t{23} * 3600 * 1000);
+  EXPECT_EQ(rig.LinesOf("1 Starting M").size(), 1U);
+  EXPECT_GT(rig.LinesOf("1 Starting A").size(), 100U);
+  rig.Give(nullptr);
+  rig.Run(1000);
+  EXPECT_TRUE(rig.Has("1 Finished show: eve.shw"));
+}
+
+TEST(ShowPlayerPhases, ADelayWaitsForTheWallClockAlsoWhenItIsSet) {
+  PlayerRig rig;
+  rig.Sequences({"m1"}, 9999, "song.ogg");
+  ShowText text;
+  text.Songs = {"m1"};
+  text.Delay = 600;
+  rig.Give(text);
+  rig.Run(10000);
+  rig.Host.Clock().SetWallClock(DateTime::FromParts(2026, 12, 24, 18, 30, 0));
+  rig.Run(5);
+  EXPECT_EQ(rig.LinesOf("1 Starting M").size(), 2U);
+}
+
+TEST(ShowPlayerPhases, ADelayGetsLongerWhenTheClockIsSetBack) {
+  PlayerRig rig;
+  rig.Sequences({"m1"}, 9999, "song.ogg");
+  ShowText text;
+  text.Songs = {"m1"};
+  text.Delay = 60;
+  rig.Give(text);
+  rig.Run(10000);
+  rig.Host.Clock().SetWallClock(DateTime::FromParts(2026, 12, 24, 17, 30, 0));
+  rig.Run(29 * 60 * 1000);
+  EXPECT_EQ(rig.LinesOf("1 Starting M").size(), 1U);
+  rig.Run(3 * 60 * 1000);
+  EXPECT_EQ(rig.LinesOf("1 Starting M").size(), 2U);
+}
+
+TEST(ShowPlayerPhases, AnIndexBeyondTheEndWrapsToTheFirst) {
+  PlayerRig rig;
+  rig.Sequences({"a"}, 100);
+  ShowText text;
+  text.Animation = {"a"};
+  rig.Give(text);
+  rig.Run(1000);
+  EXPECT_GE(rig.LinesOf("1 Starting A").size(), 9U);
+}
+
+TEST(ShowPlayerPhases, AMediaPlayerIsGotReadyForAShowWithSongsOnly) {
+  PlayerRig rig;
+  rig.Sequences({"a"}, 100);
+  ShowText text;
+  text.Animation = {"a"};
+  rig.Give(text);
+  rig.Run(10);
+  EXPECT_EQ(rig.Media->ExpectedCount, 0);
+  text.Songs = {"m"};
+  rig.Give(text, "songs.shw");
+  rig.Run(10);
+  EXPECT_EQ(rig.Media->ExpectedCount, 1);
+}
+
+TEST(ShowPlayerShuffle, WithoutReplacementEachSongPlaysOnceBeforeAnyRepeats) {
+  for (uint64_t seed = 1; seed <= 20; ++seed) {
+    PlayerRig rig(seed);
+    rig.Sequences({"m1", "m2", "m3", "m4"}, 9999, "song.ogg");
+    ShowText text;
+    text.Songs = {"m1", "m2", "m3", "m4"};
+    text.MusicalType = 2;
+    rig.Give(text);
+    rig.Run(12500);
+    const Transcript songs = rig.LinesOf("1 Starting M");
+    ASSERT_EQ(songs.size(), 13U);
+    for (size_t round = 0; round + 4 <= 12; round += 4) {
+      EXPECT_EQ(std::set<std::string>(songs.begin() + static_cast<std::ptrdiff_t>(round),
+                                      songs.begin() + static_cast<std::ptrdiff_t>(round + 4))
+                    .size(),
+                4U);
+    }
+  }
+}
+
+TEST(ShowPlayerShuffle, WithReplacementNoSongFollowsItselfUnlessAllowed) {
+  const auto repeats = [](bool boolAllowed) {
+    PlayerRig rig(7);
+    rig.Sequences({"m1", "m2", "m3"}, 9999, "song.ogg");
+    ShowText text;
+    text.Songs = {"m1", "m2", "m3"};
+    text.MusicalType = 2;
+    text.WithReplacement = true;
+    text.BackToBack = boolAllowed;
+    rig.Give(text);
+    rig.Run(100000);
+    const Transcript songs = rig.LinesOf("1 Starting M");
+    int32_t lRepeats = 0;
+    for (size_t i = 1; i < songs.size(); ++i) lRepeats += songs[i] == songs[i - 1] ? 1 : 0;
+    return lRepeats;
+  };
+  EXPECT_EQ(repeats(false), 0);
+  EXPECT_GT(repeats(true), 10);
+}
+
+TEST(ShowPlayerShuffle, ASingleSongFollowsItself) {
+  PlayerRig rig;
+  rig.Sequences({"m1"}, 9999, "song.ogg");
+  ShowText text;
+  text.Songs = {"m1"};
+  text.MusicalType = 2;
+  rig.Give(text);
+  rig.Run(5500);
+  EXPECT_EQ(rig.LinesOf("1 Starting M").size(), 6U);
+}
+
+TEST(ShowPlayerShuffle, OneSeedDrawsTheSameSongs) {
+  const auto songs = [](uint64_t seed) {
+    PlayerRig rig(seed);
+    rig.Sequences({"m1", "m2", "m3", "m4", "m5"}, 9999, "song.ogg");
+    ShowText text;
+    text.Songs = {"m1", "m2", "m3", "m4", "m5"};
+    text.MusicalType = 2;
+    rig.Give(text);
+    rig.Run(30000);
+    return rig.LinesOf("1 Starting M");
+  };
+  EXPECT_EQ(songs(5), songs(5));
+  EXPECT_NE(songs(5), songs(6));
+}
+
+TEST(ShowPlayerStartMode, TypeOneWaitsWithoutBackground) {
+  PlayerRig rig;
+  rig.Sequences({"bg", "a"}, 100);
+  ShowText text;
+  text.Background = {"bg"};
+  text.Animation = {"a"};
+  text.StartupType = 1;
+  text.StartupTrigger = "(3,Door,1,0)";
+  rig.Give(text);
+  rig.Run(5000);
+  EXPECT_THAT(rig.Course(), ElementsAre("1 Starting show: eve.shw", "1 Registering startup trigger"));
+  rig.Press(3);
+  rig.Run(50);
+  EXPECT_TRUE(rig.Has("1 Startup trigger detected"));
+  EXPECT_TRUE(rig.Has("1 Starting Background: bg"));
+  EXPECT_TRUE(rig.Has("1 Starting Animation: a"));
+}
+
+TEST(ShowPlayerStartMode, TypeTwoWaitsWithBackground) {
+  PlayerRig rig;
+  rig.Sequences({"bg", "a"}, 100);
+  ShowText text;
+  text.Background = {"bg"};
+  text.Animation = {"a"};
+  text.StartupType = 2;
+  text.StartupTrigger = "(3,Door,1,0)";
+  rig.Give(text);
+  rig.Run(5000);
+  EXPECT_TRUE(rig.Has("1 Starting Background: bg"));
+  EXPECT_FALSE(rig.Has("1 Starting Animation: a"));
+  rig.Press(3);
+  rig.Run(50);
+  EXPECT_EQ(rig.LinesOf("1 Starting B").size(), 1U);
+  EXPECT_TRUE(rig.Has("1 Starting Animation: a"));
+}
+
+TEST(ShowPlayerStartMode, AnyOtherTypeStartsAtOnceAndStillKnowsItsTrigger) {
+  PlayerRig rig;
+  rig.Sequences({"a"}, 100);
+  ShowText text;
+  text.Animation = {"a"};
+  text.StartupType = 7;
+  text.StartupTrigger = "(3,Door,1,0)";
+  rig.Give(text);
+  rig.Run(50);
+  EXPECT_TRUE(rig.Has("1 Registering startup trigger"));
+  EXPECT_TRUE(rig.Has("1 Starting Animation: a"));
+  rig.Press(3);
+  EXPECT_TRUE(rig.Has("1 Startup trigger detected"));
+}
+
+TEST(ShowPlayerStartMode, TypeZeroDoesNotRegisterItsTrigger) {
+  PlayerRig rig;
+  ShowText text;
+  text.StartupTrigger = "(3,Door,1,0)";
+  rig.Give(text);
+  rig.Run(50);
+  EXPECT_FALSE(rig.Has("1 Registering startup trigger"));
+}
+
+TEST(ShowPlayerStartMode, ATypeWithoutTriggerStartsAtOnce) {
+  PlayerRig rig;
+  rig.Sequences({"a"}, 100);
+  ShowText text;
+  text.Animation = {"a"};
+  text.StartupType = 1;
+  rig.Give(text);
+  rig.Run(50);
+  EXPECT_TRUE(rig.Has("1 Starting Animation: a"));
+}
+
+TEST(ShowPlayerStartMode, AShowThatNeverSawItsTriggerEndsWithoutShutdownSequences) {
+  PlayerRig rig;
+  rig.Sequences({"bg", "end"}, 100);
+  ShowText text;
+  text.Background = {"bg"};
+  text.Shutdown = {"end"};
+  text.StartupType = 2;
+  text.StartupTrigger = "(3,Door,1,0)";
+  rig.Give(text);
+  rig.Run(1000);
+  rig.Give(nullptr);
+  rig.Run(1000);
+  EXPECT_TRUE(rig.Has("1 Clearing triggers"));
+  EXPECT_TRUE(rig.Has("1 Finished show: eve.shw"));
+  EXPECT_FALSE(rig.Has("1 Starting Shutdown: end"));
+}
+
+}  // namespace
+}  // namespace vex::test
