@@ -52,6 +52,7 @@ class RegistryText {
   /// Null when there is no such value that is understood.
   [[nodiscard]] const RegistryTextValue* Find(std::string_view szSubkey, std::string_view szName) const;
 
+  /// These three raise ErrorInvalidCall for a line end or a zero inside a name or text.
   void AddKey(const std::string& szSubkey);
   /// Sets a value in its place, whatever kind it was, or as the last one of its key, made where missing.
   void SetLong(const std::string& szSubkey, const std::string& szName, uint32_t number);
@@ -72,21 +73,27 @@ class RegistryText {
     std::map<std::string, Place> Values;
   };
 
+  enum class Where { Nowhere, PassedOver, InKey };
+
   void Decode(std::string_view szBytes);
   void SplitLines(std::string_view szText);
   void Read();
-  size_t ReadSection(size_t line);
-  size_t ReadValue(size_t line);
-  bool ReadContent(std::string_view szContent, size_t line, RegistryTextValue& value);
+  void ReadSection(std::string_view szContent, size_t line);
+  /// How many lines it took.
+  size_t ReadValue(std::string_view szContent, size_t line);
+  bool ReadData(std::string_view szRest, size_t line, RegistryTextValue& value);
+  [[nodiscard]] size_t LinesOfValue(size_t line) const;
   void Complain(size_t line, const std::string& szMessage);
+  [[nodiscard]] bool Decoded(std::string_view szText, std::string& szAnsi) const;
   [[nodiscard]] std::string Encoded(const std::string& szAnsi) const;
+  void EndLastLine(size_t count);
   void SetLine(const std::string& szSubkey, const std::string& szName, const std::string& szContent);
 
   Encoding m_Encoding = Encoding::Utf8;
   std::string m_LineEnd = "\n";
   std::vector<std::string> m_Lines;  // with their ends; UTF-8, or single bytes
-  std::string m_Current;             // the section being read, in lower case, while m_InKey
-  bool m_InKey = false;
+  Where m_Where = Where::Nowhere;    // while reading: the section that the line stands in
+  std::string m_Current;             // and its subkey in lower case
   std::map<std::string, RegistryTextKey> m_Keys;
   std::map<std::string, Section> m_Sections;
   std::vector<RegistryTextError> m_Errors;

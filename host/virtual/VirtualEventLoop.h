@@ -1,6 +1,7 @@
 #pragma once
 
 #include <compare>
+#include <deque>
 #include <map>
 #include <mutex>
 #include <vector>
@@ -40,7 +41,8 @@ class VirtualEventLoop final : public EventLoop {
   void Pump() override;
 
   /// Moves time to that moment and handles everything up to it, itself included. A Quit ends it early, at
-  /// the moment at which it comes; then the result is false. Never goes back.
+  /// the moment at which it comes; then the result is false. One that came before ends it at once, as it
+  /// does Run. Never goes back.
   bool AdvanceTo(Elapsed moment);
   bool Advance(int64_t milliseconds);
 
@@ -59,7 +61,10 @@ class VirtualEventLoop final : public EventLoop {
   friend class VirtualTimer;
   friend class VirtualSignal;
   using TimerState = VirtualTimer::State;
+  using TimerReference = std::shared_ptr<TimerState>;
   struct SignalState;
+  class Nesting;
+  class Ticking;
 
   /// Where a tick stands in the order of all ticks.
   struct Turn {
@@ -68,32 +73,33 @@ class VirtualEventLoop final : public EventLoop {
     uint64_t Serial;
     friend auto operator<=>(const Turn&, const Turn&) = default;
   };
-  class Ticking;
 
   [[nodiscard]] int64_t Now() const;
-  [[nodiscard]] static Turn TurnOf(const TimerState& timer, int64_t due);
-  [[nodiscard]] bool TurnHasPassed(const TimerState& timer) const;
-  [[nodiscard]] int64_t NextMoment();
-  bool Step();
+  [[nodiscard]] int64_t NextMoment() const;
+  /// Everything of the present moment; false when a Quit has come.
+  bool HandleMoment();
   bool RunSignal();
   bool RunCall();
   bool RunTick();
+  /// As AdvanceTo, in milliseconds; stays at the last moment at which something was due.
   bool MoveThrough(int64_t last);
-  bool TakeQuit();
 
-  void Queue(const std::shared_ptr<TimerState>& timer);
-  void Unqueue(TimerState& timer);
-  void Quiet(const std::shared_ptr<TimerState>& timer, Elapsed until);
-  void Wake(const std::shared_ptr<TimerState>& timer);
+  void StartGrid(const TimerReference& timer);
+  void Quiet(const TimerReference& timer, Elapsed until);
+  void Wake(const TimerReference& timer);
   void WakeAll();
+  void Queue(const TimerReference& timer);
+  void Unqueue(TimerState& timer);
+  [[nodiscard]] static Turn LastTurnOf(int64_t moment);
+  [[nodiscard]] bool TurnHasPassed(const TimerState& timer) const;
 
   VirtualClock& m_Clock;
-  std::map<Turn, std::shared_ptr<TimerState>> m_Due;
+  std::map<Turn, TimerReference> m_Due;
   std::vector<std::weak_ptr<TimerState>> m_Timers;
   std::multimap<int64_t, std::function<void()>> m_Calls;
   std::mutex m_SignalsMutex;
-  std::vector<std::shared_ptr<SignalState>> m_Raised;  // guarded by m_SignalsMutex
-  Turn m_LastTurn;                                     // of the last tick begun
+  std::deque<std::shared_ptr<SignalState>> m_Raised;  // guarded by m_SignalsMutex
+  Turn m_LastTurn;                                    // the last one that has begun or been passed over
   uint64_t m_Serial = 0;
   uint64_t m_Ticks = 0;
   int32_t m_Depth = 0;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,8 +16,6 @@ namespace vex {
 /// bytes from beginning to end; nothing is ever written to them.
 class VirtualFiles final : public vex::Files {
  public:
-  VirtualFiles();
-
   bool Read(const std::string& szPath, std::string& szContents, std::string* szReason = nullptr) override;
   /// The folder must exist, as it must on any machine; Put makes it.
   bool Write(const std::string& szPath, const std::string& szText, std::string* szReason = nullptr) override;
@@ -32,12 +31,12 @@ class VirtualFiles final : public vex::Files {
 
   /// A file with its folders, whatever stood there before.
   void Put(const std::string& szPath, const std::string& szContents);
-  [[nodiscard]] bool FolderExists(const std::string& szPath) const;
+  [[nodiscard]] bool FolderExists(const std::string& szPath);
   void ProgramFolder(const std::string& szFolder) { m_ProgramFolder = szFolder; }
   void ProgramSuffix(const std::string& szSuffix) { m_ProgramSuffix = szSuffix; }
 
   /// Files that are not here are looked for there; it outlives this one. Null for none.
-  void FallThrough(vex::Files* files) { m_Below = files; }
+  void FallThrough(vex::Files* files);
 
   /// Reading or opening the file fails with that reason until HealReads; the same for writing.
   void FailReads(const std::string& szPath, const std::string& szReason = "Permission denied");
@@ -61,7 +60,7 @@ class VirtualFiles final : public vex::Files {
   std::map<std::string, std::string> m_KeyOfPath;  // as asked for -> by which it is kept
   std::map<std::string, Entry> m_Entries;
   std::map<std::string, bool> m_ExistsBelow;  // what the real files answered
-  std::map<std::string, bool> m_Folders;
+  std::set<std::string> m_Folders;
   std::map<std::string, std::string> m_FailReads;
   std::map<std::string, std::string> m_FailWrites;
   std::map<std::string, int32_t> m_Reads;

@@ -12,7 +12,22 @@ class VirtualEventLoop;
 /// keeps the moment of its next tick and is told of every change.
 class VirtualTimer final : public Timer {
  public:
-  VirtualTimer(VirtualEventLoop& loop, TimerOrder order, uint64_t serial);
+  /// What outlives the timer when it is destroyed inside its own tick. The loop's alone to read.
+  struct State {
+    TimerOrder Order;
+    uint64_t Serial;
+    bool Enabled = false;
+    bool Ticking = false;
+    bool Queued = false;
+    bool Quiet = false;
+    int64_t Interval = 1;
+    int64_t Next = 0;      ///< the first grid point that has not ticked; the grid goes on from it
+    int64_t QuietEnd = 0;  ///< while Quiet: the grid point that is not left out
+    int64_t Due = 0;       ///< while Queued: the moment under which it stands
+    std::shared_ptr<std::function<void()>> Handler;
+  };
+
+  VirtualTimer(VirtualEventLoop& loop, std::shared_ptr<State> state);
   ~VirtualTimer() override;
   VirtualTimer(const VirtualTimer&) = delete;
   VirtualTimer& operator=(const VirtualTimer&) = delete;
@@ -27,24 +42,6 @@ class VirtualTimer final : public Timer {
   void Wake() override;
 
  private:
-  friend class VirtualEventLoop;
-
-  /// What outlives the timer when it is destroyed inside its own tick.
-  struct State {
-    TimerOrder Order;
-    uint64_t Serial;
-    bool Enabled = false;
-    bool Ticking = false;
-    bool Queued = false;
-    int64_t Interval = 1;
-    int64_t Next = 0;  // the first grid point that has not ticked; the grid goes on from it
-    int64_t Due = 0;   // Next, or the grid point at which the quiet ends
-    bool Quiet = false;
-    std::function<void()> Handler;
-  };
-
-  void StartGrid();
-
   VirtualEventLoop& m_Loop;
   std::shared_ptr<State> m_State;
 };

@@ -1,0 +1,76 @@
+#include "host/virtual/VirtualDatagrams.h"
+
+#include <system_error>
+
+#include "basic/Error.h"
+
+namespace vex {
+
+namespace {
+
+/// Four numbers from 0 to 255 with dots between them, most significant first.
+bool ParseDotted(const std::string& szText, uint32_t& address) {
+  uint32_t result = 0;
+  size_t at = 0;
+  for (int part = 0; part < 4; ++part) {
+    if (part > 0 && (at >= szText.size() || szText[at++] != '.')) return false;
+    uint32_t number = 0;
+    size_t digits = 0;
+    for (; at < szText.size() && szText[at] >= '0' && szText[at] <= '9' && digits < 3; ++at, ++digits)
+      number = number * 10 + static_cast<uint32_t>(szText[at] - '0');
+    if (digits == 0 || number > 255) return false;
+    result = result << 8 | number;
+  }
+  if (at != szText.size()) return false;
+  address = result;
+  return true;
+}
+
+}  // namespace
+
+class VirtualDatagramSocket final : public DatagramSocket {
+ public:
+  VirtualDatagramSocket(VirtualDatagrams& network, uint32_t multicastInterface)
+      : m_Network(network), m_MulticastInterface(multicastInterface) {}
+
+  int32_t Send(std::span<const Datagram> datagrams) override {
+    int32_t lFirst = 0;
+    for (const Datagram& datagram : datagrams) {
+      const int32_t lCode = m_Network.Send(m_MulticastInterface, datagram);
+      if (lFirst == 0) lFirst = lCode;
+    }
+    return lFirst;
+  }
+
+ private:
+  VirtualDatagrams& m_Network;
+  uint32_t m_MulticastInterface;
+};
+
+std::unique_ptr<DatagramSocket> VirtualDatagrams::NewSender(uint32_t multicastInterface) {
+  if (m_NewSenderCode != 0) throw Error(m_NewSenderCode, "Datagrams.NewSender", Describe(m_NewSenderCode));
+  return std::make_unique<VirtualDatagramSocket>(*this, multicastInterface);
+}
+
+bool VirtualDatagrams::Resolve(const std::string& szHost, uint32_t& address) {
+  if (const auto known = m_Hosts.find(szHost); known != m_Hosts.end()) {
+    address = known->second;
+    return true;
+  }
+  return ParseDotted(szHost == "localhost" ? "127.0.0.1" : szHost, address);
+}
+
+std::string VirtualDatagrams::Describe(int32_t lCode) const {
+  return std::generic_category().message(lCode);
+}
+
+int32_t VirtualDatagrams::Send(uint32_t multicastInterface, const Datagram& datagram) {
+  if (m_SendCode != 0) return m_SendCode;
+  const auto code = m_AddressCodes.find(datagram.To.Address);
+  if (code != m_AddressCodes.end() && code->second != 0) return code->second;
+  m_Sent.push_back({m_Clock.Elapsed(), multicastInterface, datagram.To,
+                    std::vector<uint8_t>(datagram.Bytes.begin(), datagram.Bytes.end())});
+  return 0;
+}
+
+}  // namespace vex
