@@ -6,6 +6,7 @@
 #include "host/virtual/VirtualEventLoop.h"
 #include "host/virtual/VirtualFiles.h"
 #include "host/virtual/VirtualMessageBoxes.h"
+#include "host/virtual/VirtualPlayerFinder.h"
 #include "host/virtual/VirtualProcesses.h"
 #include "host/virtual/VirtualRegistry.h"
 #include "host/virtual/VirtualSingleInstance.h"
@@ -30,6 +31,7 @@ class VirtualHost final : public Host {
   VirtualProcesses& Processes() override { return m_Processes; }
   VirtualSingleInstance& SingleInstance() override { return m_SingleInstance; }
   VirtualMessageBoxes& MessageBoxes() override { return m_MessageBoxes; }
+  VirtualPlayerFinder& PlayerFinder() override { return m_PlayerFinder; }
 
  private:
   VirtualClock m_Clock;
@@ -41,6 +43,7 @@ class VirtualHost final : public Host {
   VirtualProcesses m_Processes;
   VirtualSingleInstance m_SingleInstance;
   VirtualMessageBoxes m_MessageBoxes;
+  VirtualPlayerFinder m_PlayerFinder{m_Windows};
 };
 
 }  // namespace vex

@@ -13,10 +13,15 @@ WindowHandle VirtualWindows::FreeHandle() {
 }
 
 WindowHandle VirtualWindows::NewMainWindow() {
-  if (m_NewWindowCode != 0) throw Error(m_NewWindowCode, "Windows.NewMainWindow", "Cannot make the window");
-  m_MainWindow = FreeHandle();
-  m_Own[m_MainWindow] = std::make_shared<WindowProcedure>([](const WindowMessage&) { return intptr_t{0}; });
+  m_MainWindow = NewWindow();
   return m_MainWindow;
+}
+
+WindowHandle VirtualWindows::NewWindow() {
+  if (m_NewWindowCode != 0) throw Error(m_NewWindowCode, "Windows.NewWindow", "Cannot make the window");
+  const WindowHandle hWnd = FreeHandle();
+  m_Own[hWnd] = std::make_shared<WindowProcedure>([](const WindowMessage&) { return intptr_t{0}; });
+  return hWnd;
 }
 
 void VirtualWindows::DestroyWindow(WindowHandle hWnd) {

@@ -22,11 +22,14 @@ class VirtualWindows final : public vex::Windows {
   };
 
   [[nodiscard]] WindowHandle NewMainWindow() override;
+  [[nodiscard]] WindowHandle NewWindow() override;
   void DestroyWindow(WindowHandle hWnd) override;
   WindowProcedureReference ExchangeProcedure(WindowHandle hWnd, WindowProcedureReference procedure) override;
   intptr_t CallProcedure(const WindowProcedureReference& procedure, const WindowMessage& message) override;
   [[nodiscard]] bool Exists(WindowHandle hWnd) const override;
   SendResult SendCopyData(WindowHandle sender, WindowHandle target, const CopyData& copy) override;
+  /// Always false: what is sent is there at once.
+  [[nodiscard]] bool Unsent(WindowHandle /*target*/) const override { return false; }
 
   /// The window that NewMainWindow made last, 0 for none.
   [[nodiscard]] WindowHandle MainWindow() const { return m_MainWindow; }
