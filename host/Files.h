@@ -29,6 +29,9 @@ class Files {
   /// with the old file's permissions.
   virtual bool Write(const std::string& szPath, const std::string& szText,
                      std::string* szReason = nullptr) = 0;
+  /// The same without the flush, for what other programs look at while this one runs and nobody needs after
+  /// a power cut: it never waits for the disk.
+  virtual bool Publish(const std::string& szPath, const std::string& szText) { return Write(szPath, szText); }
   /// Empty when it cannot be opened.
   [[nodiscard]] virtual std::unique_ptr<OpenFile> Open(const std::string& szPath) = 0;
 
