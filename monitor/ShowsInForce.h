@@ -22,7 +22,8 @@ class ShowsInForce {
  public:
   using EventReference = std::shared_ptr<MonitoredShowEvent>;
 
-  ShowsInForce(const Schedule* weekly, const YearSchedule* year, EventReference onDemand, bool boolNoSchedule);
+  ShowsInForce(const Schedule* weekly, const YearSchedule* year, EventReference onDemand,
+               bool boolNoSchedule);
 
   /// Never empty; its Filename is, where nothing is scheduled.
   [[nodiscard]] EventReference GetCurrentShowEvent(DateTime dtNow) const;
@@ -33,8 +34,8 @@ class ShowsInForce {
   [[nodiscard]] EventReference GetWeeklyShowEvent(DateTime dtNow) const;
 
   /// What follows current, or will interrupt it; empty for nothing. Scheduled is what is in force now.
-  [[nodiscard]] EventReference GetNextShowEvent(const EventReference& current, const EventReference& scheduled,
-                                                DateTime dtNow) const;
+  [[nodiscard]] EventReference GetNextShowEvent(const EventReference& current,
+                                                const EventReference& scheduled, DateTime dtNow) const;
 
   /// The first dated show that starts later than the moment and before the end (open without one).
   [[nodiscard]] EventReference FirstYearShowWithin(const TimeRange& span) const;
@@ -53,6 +54,6 @@ class ShowsInForce {
 /// The record of a show event's occurrence that is current at, or next after, the moment. An event without
 /// a show has an empty name and the span of its gap; no event at all gives a new record.
 [[nodiscard]] std::shared_ptr<MonitoredShowEvent> ToMonitoredShowEvent(const ShowEvent* showEvent,
-                                                                      int32_t lScheduleType, DateTime dtNow);
+                                                                       int32_t lScheduleType, DateTime dtNow);
 
 }  // namespace vex

@@ -29,7 +29,9 @@ std::string JsonText(const std::string& szText) {
   return szJson + "\"";
 }
 
-const char* JsonBool(bool boolValue) { return boolValue ? "true" : "false"; }
+const char* JsonBool(bool boolValue) {
+  return boolValue ? "true" : "false";
+}
 
 std::string PlayingToJson(const std::vector<PlayerStatus::PlayingSequence>& playing) {
   std::string szJson = "[";
@@ -66,7 +68,9 @@ std::string PlayerStatusToJson(const PlayerStatus& status) {
 StatusFile::StatusFile(Files& files, std::string szFilename)
     : m_Files(files), m_Filename(std::move(szFilename)) {}
 
-StatusFile::~StatusFile() { m_Files.Remove(m_Filename); }
+StatusFile::~StatusFile() {
+  m_Files.Remove(m_Filename);
+}
 
 void StatusFile::Update(const PlayerStatus& status) {
   std::string szJson = PlayerStatusToJson(status);

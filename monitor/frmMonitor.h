@@ -150,6 +150,7 @@ class frmMonitor final : public StatusReport {
   bool SendStatusToVexTray(const std::string& szText);
   void FlushPendingStatus();
   void AnnounceToTray();
+  void SendReport(bool boolForce);
   [[nodiscard]] Report WorkOutReport() const;
   void StatusChanged();
   void WriteStatusFile();

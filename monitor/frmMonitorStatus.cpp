@@ -49,7 +49,9 @@ bool frmMonitor::SendToTray(int32_t lMessageType, const std::string& szText) {
   return false;
 }
 
-bool frmMonitor::SendStatusToVexTray(const std::string& szText) { return SendToTray(MessageStatus, szText); }
+bool frmMonitor::SendStatusToVexTray(const std::string& szText) {
+  return SendToTray(MessageStatus, szText);
+}
 
 void frmMonitor::FlushPendingStatus() {
   if (m_TrayHwnd == 0 || m_PendingStatus.Empty()) return;
@@ -68,10 +70,22 @@ void frmMonitor::AnnounceToTray() {
   m_AnnouncedToTray = SendToTray(MessageInitialized, "");
 }
 
-// The player reports too while it is being released; by then the schedules are gone, and the form with
-// its windows is about to follow, so nothing is worked out any more.
+// The player reports once more while it is released during the unload. The schedules are gone by then, so
+// only a player without schedules has something to tell; errors of an unload are ignored.
 void frmMonitor::ReportShowsToTray(bool boolForce) {
-  if (m_Unloaded || (m_TrayHwnd == 0 && !m_StatusFile)) return;
+  if (!m_Unloaded) {
+    SendReport(boolForce);
+    return;
+  }
+  try {
+    SendReport(boolForce);
+  } catch (const std::exception&) {
+    // The tray hears nothing more.
+  }
+}
+
+void frmMonitor::SendReport(bool boolForce) {
+  if (m_TrayHwnd == 0 && !m_StatusFile) return;
   Report report = WorkOutReport();
   m_Status.Current = report.Current.value_or("");
   m_Status.Next = report.Next.value_or("");
