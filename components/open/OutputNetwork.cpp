@@ -1,0 +1,115 @@
+#include "components/open/OutputNetwork.h"
+
+#include <algorithm>
+
+#include "basic/Error.h"
+#include "components/open/OutputUniverse.h"
+#include "host/CodePage.h"
+
+namespace vex {
+namespace {
+
+constexpr uint32_t Broadcast = 0xFFFFFFFF;
+/// Looking a name up may take the resolver's time, so a name that fails is not asked for at every frame.
+constexpr Elapsed LookUpPause{30'000'000'000};
+
+}  // namespace
+
+OutputNetwork::OutputNetwork(Clock& clock, Datagrams& datagrams, const OutputSettings& settings,
+                             const std::string& szMachineId)
+    : m_Clock(clock),
+      m_Datagrams(datagrams),
+      m_Settings(settings),
+      m_Source{LightingSourceUuid(szMachineId, settings.SourceName), AnsiToUtf8(settings.SourceName),
+               static_cast<uint8_t>(settings.Priority)},
+      m_Port(settings.Protocol == OutputProtocol::ArtNet ? ArtNetPort : E131Port),
+      m_HostIsWanted(!settings.Host.empty()) {
+  if (!Sends()) return;
+  m_Gathered.reserve(OutputUniverse::MostUniverses);
+  if (m_HostIsWanted)
+    LookUpHost();
+  else if (settings.Protocol == OutputProtocol::ArtNet)
+    m_Host = Broadcast;
+}
+
+UniversePacket OutputNetwork::NewPacket(int32_t lUniverse) const {
+  const auto universe = static_cast<uint16_t>(lUniverse);
+  return m_Settings.Protocol == OutputProtocol::ArtNet ? UniversePacket::ArtNet(universe)
+                                                       : UniversePacket::E131(m_Source, universe);
+}
+
+void OutputNetwork::Add(int32_t lUniverse, const UniversePacket& packet) {
+  m_Gathered.push_back({AddressOf(lUniverse), packet.Bytes()});
+}
+
+void OutputNetwork::Send() {
+  if (m_Gathered.empty()) return;
+  if (Ready()) {
+    for (Datagram& datagram : m_Gathered)
+      if (m_Host) datagram.To.Address = *m_Host;  // found only now, perhaps
+    Deliver(m_Gathered);
+  }
+  m_Gathered.clear();
+}
+
+void OutputNetwork::SendDiscovery(std::span<const uint16_t> universes) {
+  if (!Ready()) return;
+  const size_t pages = (universes.size() + E131DiscoveryPage - 1) / E131DiscoveryPage;
+  for (size_t page = 0; page < pages; ++page) {
+    const auto part = universes.subspan(page * E131DiscoveryPage);
+    const auto bytes = E131Discovery(m_Source, part.first(std::min(part.size(), E131DiscoveryPage)),
+                                     static_cast<uint8_t>(page), static_cast<uint8_t>(pages - 1));
+    const Datagram datagram{AddressOf(E131DiscoveryUniverse), bytes};
+    Deliver({&datagram, 1});
+  }
+}
+
+void OutputNetwork::LookUpHost() {
+  uint32_t address = 0;
+  m_LookedUp = m_Clock.Elapsed();
+  if (m_Datagrams.Resolve(m_Settings.Host, address)) m_Host = address;
+}
+
+bool OutputNetwork::Ready() {
+  const bool boolAsk = m_HostIsWanted && (!m_Host || m_LookUpAgain);
+  if (boolAsk && m_Clock.Elapsed() >= m_LookedUp + LookUpPause) {
+    m_LookUpAgain = false;
+    LookUpHost();
+  }
+  if (m_HostIsWanted && !m_Host) {
+    Failed("host \"" + m_Settings.Host + "\" cannot be found");
+    return false;
+  }
+  if (m_Socket) return true;
+  try {
+    if (!m_Settings.Interface.empty() && !m_Datagrams.Resolve(m_Settings.Interface, m_Interface)) {
+      Failed("no network interface \"" + m_Settings.Interface + "\"");
+      return false;
+    }
+    m_Socket = m_Datagrams.NewSender(m_Interface);
+  } catch (const Error& error) {
+    Failed(error.Description);
+  }
+  return m_Socket != nullptr;
+}
+
+DatagramAddress OutputNetwork::AddressOf(int32_t lUniverse) const {
+  return {m_Host.value_or(E131Group(static_cast<uint16_t>(lUniverse))), m_Port};
+}
+
+void OutputNetwork::Deliver(std::span<const Datagram> datagrams) {
+  const int32_t lCode = m_Socket->Send(datagrams);
+  if (lCode != 0)
+    Failed(m_Datagrams.Describe(lCode));
+  else
+    m_Unreachable = false;
+}
+
+void OutputNetwork::Failed(const std::string& szWhy) {
+  m_LookUpAgain = m_HostIsWanted;
+  if (m_Unreachable) return;
+  m_Unreachable = true;
+  if (Trouble) Trouble("Lighting network unreachable: " + szWhy);
+}
+
+}  // namespace vex
