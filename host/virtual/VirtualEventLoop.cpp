@@ -130,6 +130,7 @@ bool VirtualEventLoop::AdvanceTo(Elapsed moment) {
   const Nesting nesting(*this);
   if (!MoveThrough(MillisecondsUp(moment))) return false;
   m_Clock.MoveTo(std::chrono::milliseconds(MillisecondsUp(moment)));
+  m_LastTurn = std::max(m_LastTurn, LastTurnOf(Now()));
   return true;
 }
 

@@ -12,7 +12,7 @@ using testing::IsEmpty;
 class PlayerMedia : public testing::Test {
  protected:
   void Prefer(const std::string& szValues) {
-    rig.Host.Registry().Fill(
+    rig.Settings(
         "Windows Registry Editor Version 5.00\r\n"
         "[HKEY_CURRENT_USER\\Software\\Brillara\\Shared\\VideoPreferences]\r\n" +
         szValues);

@@ -150,7 +150,7 @@ TEST(ShowPlayerPhases, CleanUpPlaysAfterEverySongThenTheDelay) {
   text.CleanUp = "c";
   text.Delay = 2;
   rig.Give(text);
-  rig.Run(7000);
+  rig.Run(5000);
   EXPECT_THAT(rig.LinesOf("1 Starting "),
               ElementsAre("1 Starting show: eve.shw", "1 Starting Musical: m1", "1 Starting Cleanup: c",
                           "1 Starting Musical: m2", "1 Starting Cleanup: c"));

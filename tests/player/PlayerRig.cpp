@@ -108,6 +108,13 @@ std::shared_ptr<Show> PlayerRig::MakeShow(const ShowText& text, const std::strin
   return show;
 }
 
+void PlayerRig::SetRange(Show& show, std::optional<DateTime> start, std::optional<DateTime> end) {
+  auto range = std::make_shared<TimeRange>();
+  if (start) range->StartTime(*start);
+  if (end) range->EndTime(*end);
+  show.Monitoring()->Range(range);
+}
+
 void PlayerRig::Give(std::shared_ptr<Show> show) {
   if (!Player) MakePlayer();
   Player->NextShow(std::move(show));

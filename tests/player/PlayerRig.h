@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "basic/DateTime.h"
+#include "host/RegistryText.h"
 #include "host/virtual/VirtualHost.h"
 #include "player/ShowPlayer.h"
 #include "schedule/MonitoredShowEvent.h"
@@ -14,6 +15,7 @@
 #include "show/Show.h"
 #include "show/ShowFunctions.h"
 #include "tests/player/FakeDevices.h"
+#include "time/TimeRange.h"
 
 namespace vex::test {
 
@@ -65,6 +67,8 @@ class PlayerRig : public StatusReport {
     Give(MakeShow(text, szFilename));
   }
   void Give(std::shared_ptr<Show> show);
+  /// Takes over settings as a settings file has them.
+  void Settings(const std::string& szText) { Host.Registry().Load(RegistryText(szText)); }
   void Run(int64_t milliseconds);
   void Press(int32_t lInput, const std::string& szName = "Button");
   /// Adds sequences of that length.

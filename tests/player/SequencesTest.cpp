@@ -11,7 +11,7 @@ using testing::IsEmpty;
 
 TEST(InitControls, ConfiguresAndOpensTheNetworksAndClearsTheTriggers) {
   PlayerRig rig;
-  rig.Host.Registry().Fill(
+  rig.Settings(
       "Windows Registry Editor Version 5.00\r\n"
       "[HKEY_CURRENT_USER\\Software\\Brillara\\Shared\\Network]\r\n"
       "\"VexSpeed\"=dword:00000003\r\n\"VexOldMCP\"=dword:00000000\r\n\"NetworkBrillara\"=dword:00000004\r\n"

@@ -174,8 +174,8 @@ TEST_F(Triggers, TheStartupPressAlsoServesAnEqualInteractiveEntry) {
   rig.Press(3);
   rig.Run(10);
   EXPECT_THAT(rig.Course(), ElementsAre("1 Startup trigger detected", "1 Clearing triggers",
-                                        "1 Registering interactive triggers",
-                                        "1 Loading sequence: x Interactive: x", "1 Starting Interactive: x"));
+                                        "1 Loading sequence: x Interactive: x", "1 Starting Interactive: x",
+                                        "1 Registering interactive triggers"));
 }
 
 TEST_F(Triggers, OthersDoNothingWhileAShowWaits) {
