@@ -1,0 +1,135 @@
+#include <gtest/gtest.h>
+#include <rapidcheck.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "show/PlaylistFunctions.h"
+#include "show/Show.h"
+#include "show/ShowFunctions.h"
+#include "show/ShowReader.h"
+#include "show/TriggerFunctions.h"
+#include "show/TriggeredSequencesFunctions.h"
+
+namespace vex {
+namespace {
+
+/// Names with many special characters among the plain ones, every byte possible.
+std::string AnyName() {
+  return *rc::gen::container<std::string>(
+      rc::gen::oneOf(rc::gen::elementOf(std::string("*(),ESOC")), rc::gen::arbitrary<char>()));
+}
+
+/// A name that a group's entry keeps as it stands.
+std::string PlainName() {
+  return *rc::gen::container<std::string>(rc::gen::suchThat<char>(
+      rc::gen::arbitrary<char>(), [](char c) { return std::string("*(),").find(c) == std::string::npos; }));
+}
+
+bool AnyFlag() {
+  return *rc::gen::arbitrary<bool>();
+}
+int32_t AnyNumber() {
+  return *rc::gen::arbitrary<int32_t>();
+}
+int32_t SmallCount() {
+  return *rc::gen::inRange(0, 4);
+}
+
+std::shared_ptr<Playlist> AnyPlaylist(bool boolMusical) {
+  auto playlist =
+      boolMusical ? NewMusicalPlaylist(AnyNumber(), AnyNumber()) : NewAnimationPlaylist(AnyNumber());
+  playlist->CleanUp(AnyName());
+  for (int32_t lLeft = SmallCount(); lLeft > 0; --lLeft) playlist->List().Add(AnyName());
+  playlist->LightsOffAtEnd(AnyFlag());
+  playlist->ShuffleAllowsBackToBack(AnyFlag());
+  playlist->ShuffleWithReplacement(AnyFlag());
+  return playlist;
+}
+
+std::shared_ptr<Trigger> AnyTrigger() {
+  return NewTrigger(AnyNumber(), AnyNumber(), AnyNumber(), AnyName());
+}
+
+std::shared_ptr<InteractiveGroup> AnyGroup() {
+  auto group = std::make_shared<InteractiveGroup>();
+  group->Description(AnyName());
+  group->Independent(AnyFlag());
+  group->Interruptible(AnyFlag());
+  group->MusicalAllowed(AnyFlag());
+  group->LightsOffAtEnd(AnyFlag());
+  group->Name(AnyName());
+  for (int32_t lLeft = SmallCount() + 1; lLeft > 0; --lLeft) {
+    std::vector<std::string> names(static_cast<size_t>(SmallCount()) + 1);
+    for (auto& szName : names) szName = PlainName();
+    group->AddTriggeredSequences(NewTriggeredSequences(AnyTrigger(), names));
+  }
+  return group;
+}
+
+std::shared_ptr<Show> AnyShow() {
+  InteractiveGroupCollection groups;
+  for (int32_t lLeft = SmallCount(); lLeft > 0; --lLeft) groups.Add(AnyGroup());
+  return NewShow(AnyPlaylist(true), AnyPlaylist(true), AnyPlaylist(false), AnyPlaylist(true),
+                 AnyPlaylist(false), groups, AnyNumber(), AnyFlag() ? AnyTrigger() : nullptr, AnyFlag());
+}
+
+TEST(ShowProperty, AnyShowComesBackToTheByte) {
+  EXPECT_TRUE(rc::check("read(write(show)) writes the same", [] {
+    const auto show = AnyShow();
+    const std::string szText = ShowToText(*show);
+    const auto read = ShowFromText(szText);
+    RC_ASSERT(read != nullptr);
+    RC_ASSERT(ShowToText(*read) == szText);
+    RC_ASSERT(show->HasSameContents(read.get()));
+  }));
+}
+
+TEST(ShowProperty, NamesOfPlaylistsComeBackAsTheyWere) {
+  EXPECT_TRUE(rc::check("names survive", [] {
+    const auto playlist = AnyPlaylist(AnyFlag());
+    const auto read = PlaylistFromText(PlaylistToText(*playlist));
+    RC_ASSERT(read->Count() == playlist->Count());
+    for (int32_t lIndex = 1; lIndex <= read->Count(); ++lIndex) {
+      RC_ASSERT(read->List().Item(lIndex) == playlist->List().Item(lIndex));
+    }
+    RC_ASSERT(read->CleanUp() == playlist->CleanUp());
+  }));
+}
+
+/// The reader against parsing anew at every step, whatever is done with the shows between.
+TEST(ShowProperty, TheReaderGivesWhatParsingGives) {
+  EXPECT_TRUE(rc::check("reader == ShowFromText", [] {
+    const std::vector<std::string> texts = {
+        ShowToText(*AnyShow()), ShowToText(*AnyShow()), "", "(x)",
+        "((1,0,1,0,,),(1,0,1,0,,),(1,0,1,0,,),(1,0,1,0,,),,,((0,,F,F,T,,)))"};
+    ShowReader reader;
+    std::vector<std::shared_ptr<Show>> held;
+    for (int32_t lStep = 0; lStep < 20; ++lStep) {
+      const std::string& szText = texts[*rc::gen::inRange<size_t>(0, texts.size())];
+      const auto parsed = ShowFromText(szText);
+      auto read = reader.Read(szText);
+      RC_ASSERT((parsed == nullptr) == (read == nullptr));
+      if (!read) continue;
+      RC_ASSERT(read->HasSameContents(parsed.get()) == parsed->HasSameContents(parsed.get()));
+      RC_ASSERT(read->Monitoring()->MemberwiseEquals(nullptr));
+      for (const auto& show : held) {
+        RC_ASSERT(show != read);
+        RC_ASSERT(show->HasSameContents(read.get()) == show->HasSameContents(parsed.get()));
+      }
+      for (const auto& group : read->InteractiveGroups()) {
+        for (int32_t lEntry = 0; lEntry < group->Count(); ++lEntry) {
+          if (AnyFlag()) RC_ASSERT(group->GetTriggeredSequences(lEntry)->RoundRobinIndex() == 0);
+        }
+      }
+      if (AnyFlag()) read->Monitoring()->Filename("x");
+      if (SmallCount() == 0) read->Main()->Delay(3), read->StartupType(AnyNumber());
+      if (AnyFlag()) held.push_back(read);
+      if (SmallCount() == 0) held.clear();
+    }
+  }));
+}
+
+}  // namespace
+}  // namespace vex
