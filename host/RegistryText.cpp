@@ -28,6 +28,12 @@ std::string_view Trim(std::string_view szText) {
   return szText.substr(0, szText.find_last_not_of(Blanks) + 1);
 }
 
+/// A subkey as it is looked up by.
+std::string KeyOf(std::string_view szSubkey) {
+  while (szSubkey.ends_with('\\')) szSubkey.remove_suffix(1);
+  return FoldCase(szSubkey);
+}
+
 /// A line without its end.
 std::string_view Content(std::string_view szLine) {
   if (szLine.ends_with('\n')) szLine.remove_suffix(1);
@@ -123,6 +129,7 @@ RegistryText::RegistryText(std::string_view szBytes) : RegistryText() {
   if (szBytes.empty()) return;
   m_Lines.clear();
   Decode(szBytes);
+  if (m_Lines.empty()) m_Lines.push_back(std::string(Version5) + m_LineEnd);
   Read();
 }
 
@@ -292,14 +299,14 @@ std::string RegistryText::Encoded(const std::string& szAnsi) const {
 }
 
 bool RegistryText::HasKey(std::string_view szSubkey) const {
-  const std::string szKey = FoldCase(szSubkey);
+  const std::string szKey = KeyOf(szSubkey);
   if (szKey.empty() || m_Keys.contains(szKey)) return true;
   const auto below = m_Keys.lower_bound(szKey + '\\');
   return below != m_Keys.end() && below->first.starts_with(szKey + '\\');
 }
 
 const RegistryTextValue* RegistryText::Find(std::string_view szSubkey, std::string_view szName) const {
-  const auto key = m_Keys.find(FoldCase(szSubkey));
+  const auto key = m_Keys.find(KeyOf(szSubkey));
   if (key == m_Keys.end()) return nullptr;
   const auto value = key->second.Values.find(FoldCase(szName));
   return value == key->second.Values.end() ? nullptr : &value->second;
@@ -335,9 +342,7 @@ void RegistryText::SetLine(const std::string& szSubkey, const std::string& szNam
                            const std::string& szContent) {
   RequireOneLine(szName);
   AddKey(szSubkey);
-  std::string szPath = FoldCase(szSubkey);
-  while (szPath.ends_with('\\')) szPath.pop_back();
-  const Section& section = m_Sections.at(szPath);
+  const Section& section = m_Sections.at(KeyOf(szSubkey));
   const auto found = section.Values.find(FoldCase(szName));
   const Place place = found == section.Values.end() ? Place{section.Insert, 0} : found->second;
   EndLastLine(place.First);
