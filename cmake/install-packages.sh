@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that are missing: those for building and playing, with "test" also those
+# for the tests. Needs root or sudo only when something is missing.
+set -euo pipefail
+
+build=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev libmpv-dev python3)
+test=(libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev rapidjson-dev clang-14 clang-format-14
+  clang-tidy-14 libclang-rt-14-dev tshark vorbis-tools)
+
+wanted=("${build[@]}")
+[ "${1:-build}" = test ] && wanted+=("${test[@]}")
+
+missing=()
+for package in "${wanted[@]}"; do
+  dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || { echo "missing: ${missing[*]}; install them as root, or install sudo" >&2; exit 1; }
+  as_root=(sudo)
+fi
+echo "installing ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" apt-get -o DPkg::Lock::Timeout=300 -q update
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300 -qy \
+  --no-install-recommends install "${missing[@]}"

@@ -1,0 +1,109 @@
+#!/usr/bin/env bash
+# The one test command: installs what is missing, builds, and runs every test. Closes with one line,
+# "N passed, N failed"; the exit status is 0 only when nothing failed.
+#
+#   ./test.sh              everything
+#   ./test.sh STEP ...     some steps: format house native asan tidy fuzz e2e
+set -uo pipefail
+cd "$(dirname "$0")"
+
+fuzz_seconds=${FUZZ_SECONDS:-10}
+results=$(mktemp -d)
+trap 'rm -rf "$results"' EXIT
+passed=0
+failed=0
+
+heading() { printf '\n== %s\n' "$1"; }
+
+# One check by its exit status.
+check() {
+  local name=$1
+  shift
+  if "$@"; then
+    passed=$((passed + 1))
+  else
+    failed=$((failed + 1))
+    echo "FAILED: $name"
+  fi
+}
+
+# Adds up the cases of every test program from the reports that they wrote; a program that died counts as
+# one failed case.
+run_tests() {
+  local preset=$1 reports=$results/$1
+  mkdir -p "$reports"
+  GTEST_OUTPUT="xml:$reports/" GTEST_BRIEF=1 ctest --test-dir "build/$preset" --output-on-failure \
+    --output-junit "$reports/ctest.junit" || true
+  local counts
+  counts=$(python3 tests/count.py "$reports")
+  echo "$preset: ${counts% *} passed, ${counts#* } failed"
+  passed=$((passed + ${counts% *}))
+  failed=$((failed + ${counts#* }))
+}
+
+build() { cmake --preset "$1" >"$results/$1.configure" 2>&1 && cmake --build --preset "$1" || { cat "$results/$1.configure"; false; }; }
+
+
+step_format() {
+  heading "format"
+  check "clang-format" bash -c 'git ls-files "*.h" "*.cpp" | xargs clang-format-14 --dry-run -Werror'
+}
+
+step_house() {
+  heading "house rules"
+  python3 tests/house/house.py >"$results/house" 2>&1
+  cat "$results/house"
+  passed=$((passed + $(grep -c '^ok ' "$results/house")))
+  failed=$((failed + $(grep -c '^not ok ' "$results/house")))
+}
+
+step_native() {
+  heading "native tests (GCC)"
+  if build dev; then run_tests dev; else check "build dev" false; fi
+}
+
+step_asan() {
+  heading "the same under address and undefined-behaviour sanitizers (Clang)"
+  if build asan; then run_tests asan; else check "build asan" false; fi
+}
+
+step_tidy() {
+  heading "clang-tidy"
+  build dev >/dev/null
+  check "clang-tidy" bash -c 'git ls-files "basic/*.cpp" "host/*.cpp" "settings/*.cpp" "show/*.cpp" "time/*.cpp" \
+    "schedule/*.cpp" "player/*.cpp" "monitor/*.cpp" "components/*.cpp" "programs/*.cpp" |
+    xargs -P "$(nproc)" -n 4 clang-tidy-14 -p build/dev --quiet 2>/dev/null'
+}
+
+step_fuzz() {
+  heading "fuzzers, $fuzz_seconds s each"
+  if ! build fuzz; then check "build fuzz" false; return; fi
+  local fuzzer name
+  for fuzzer in build/fuzz/fuzz/*Fuzz; do
+    name=$(basename "$fuzzer")
+    mkdir -p "$results/$name"
+    check "$name" "$fuzzer" -max_total_time="$fuzz_seconds" -timeout=10 -rss_limit_mb=4096 -print_final_stats=0 \
+      -verbosity=0 -artifact_prefix="$results/" "$results/$name" "fuzz/corpus/$name"
+  done
+}
+
+step_e2e() {
+  heading "end to end"
+  [ -e tests/e2e/run.py ] || return 0
+  if ! build release; then check "build release" false; return; fi
+  python3 tests/e2e/run.py build/release 2>&1 | tee "$results/e2e"
+  passed=$((passed + $(grep -c '^ok ' "$results/e2e")))
+  failed=$((failed + $(grep -c '^not ok ' "$results/e2e")))
+}
+
+steps=("$@")
+[ ${#steps[@]} -gt 0 ] || steps=(format house native asan tidy fuzz e2e)
+for step in "${steps[@]}"; do
+  declare -F "step_$step" >/dev/null || { echo "no step \"$step\"; there are format house native asan tidy fuzz e2e" >&2; exit 2; }
+done
+
+cmake/install-packages.sh test || exit 1
+command -v ccache >/dev/null && export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+for step in "${steps[@]}"; do "step_$step"; done
+printf '\n%d passed, %d failed\n' "$passed" "$failed"
+[ "$failed" -eq 0 ] && [ "$passed" -gt 0 ]

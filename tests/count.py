@@ -1,0 +1,43 @@
+#!/usr/bin/env python3
+"""Adds up the test cases of a CTest run: prints how many passed and how many failed.
+
+Test programs write a report each; a program that CTest calls failed although its report has no failed
+case (or that wrote none, because it died) counts as one failed case.
+"""
+import pathlib
+import sys
+import xml.etree.ElementTree as ElementTree
+
+
+def report_counts(path):
+    root = ElementTree.parse(path).getroot()
+    tests = failures = 0
+    for case in root.iter("testcase"):
+        tests += 1
+        failures += 1 if case.find("failure") is not None else 0
+    return tests - failures, failures
+
+
+def main(folder):
+    passed = failed = 0
+    reports = {}
+    for path in pathlib.Path(folder).glob("*.xml"):
+        reports[path.stem.removesuffix("_tests")] = report_counts(path)
+    for good, bad in reports.values():
+        passed += good
+        failed += bad
+    junit = pathlib.Path(folder) / "ctest.junit"
+    if not junit.exists():
+        failed += 1
+    else:
+        for case in ElementTree.parse(junit).getroot().iter("testcase"):
+            name = case.get("name")
+            if case.get("status") == "run":
+                passed += 0 if name in reports else 1
+            elif name not in reports or reports[name][1] == 0:
+                failed += 1
+    print(passed, failed)
+
+
+if __name__ == "__main__":
+    main(sys.argv[1])
