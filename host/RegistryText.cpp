@@ -160,6 +160,8 @@ void RegistryText::SplitLines(std::string_view szText) {
 std::string RegistryText::Bytes() const {
   std::string szText;
   for (const std::string& szLine : m_Lines) szText += szLine;
+  // Single bytes that have come to look like UTF-8 would be read as that; then they had better be it.
+  if (m_Encoding == Encoding::SingleByte && IsUtf8(szText)) return AnsiToUtf8(szText);
   if (m_Encoding == Encoding::Utf16) return std::string(Utf16Mark) + BytesOf(Utf8ToUtf16(szText));
   return m_Encoding == Encoding::Utf8WithMark ? std::string(Utf8Mark) + szText : szText;
 }
