@@ -1,0 +1,249 @@
+#include "monitor/frmMonitor.h"
+
+#include <exception>
+#include <utility>
+
+#include "basic/Error.h"
+#include "basic/Number.h"
+#include "host/MessageBoxes.h"
+#include "host/SingleInstance.h"
+#include "player/ShowPlayer.h"
+#include "schedule/Schedule.h"
+#include "schedule/YearSchedule.h"
+
+namespace vex {
+
+namespace {
+
+constexpr int32_t CIODelayInterval = 4000;
+constexpr int32_t NextActionInterval = 1000;
+constexpr int32_t MsgQueueInterval = 1;
+constexpr int32_t ShowPlayerInterval = 1;
+constexpr int32_t UnloadGracefullyInterval = 100;
+
+constexpr int32_t ErrorCommPortOpen = 8005;
+constexpr int32_t ExitNotStarted = 1;
+
+std::unique_ptr<Timer> NewTimer(EventLoop& loop, TimerOrder order, int32_t lInterval,
+                                std::function<void()> tick) {
+  auto timer = loop.NewTimer(order);
+  timer->Interval(lInterval);
+  timer->Tick(std::move(tick));
+  return timer;
+}
+
+/// The failure as the system's own error, whatever was raised.
+Error CurrentError() {
+  try {
+    throw;
+  } catch (const Error& error) {
+    return error;
+  } catch (const std::exception& error) {
+    return Error(0, "", error.what());
+  }
+}
+
+template <class Body>
+void IgnoreErrors(Body&& body) {
+  try {
+    body();
+  } catch (const std::exception&) {
+    // The form goes whatever fails.
+  }
+}
+
+}  // namespace
+
+frmMonitor::frmMonitor(MonitorSurroundings surroundings)
+    : m_Surroundings(std::move(surroundings)),
+      m_Clock(m_Surroundings.Time),
+      m_Installation(m_Surroundings.Settings, m_Surroundings.FileSystem, m_Surroundings.Programs,
+                     m_Surroundings.Boxes),
+      m_Networks(m_Surroundings.Settings),
+      m_HookRecords(m_Surroundings.Desktop) {
+  EventLoop& loop = m_Surroundings.Loop;
+  tmCIODelay = NewTimer(loop, TimerOrder::tmCIODelay, CIODelayInterval, [this] { tmCIODelay_Timer(); });
+  tmNextAction =
+      NewTimer(loop, TimerOrder::tmNextAction, NextActionInterval, [this] { tmNextAction_Timer(); });
+  tmrVexMsgQueue =
+      NewTimer(loop, TimerOrder::tmrVexMsgQueue, MsgQueueInterval, [this] { tmrVexMsgQueue_Timer(); });
+  tmrShowPlayer = NewTimer(loop, TimerOrder::tmrShowPlayer, ShowPlayerInterval, nullptr);
+  tmrUnloadGracefully = NewTimer(loop, TimerOrder::tmrUnloadGracefully, UnloadGracefullyInterval,
+                                 [this] { tmrUnloadGracefully_Timer(); });
+}
+
+// A form that is dropped without an unload (a rehearsal ends so) goes in silence.
+frmMonitor::~frmMonitor() {
+  if (m_Unloaded) return;
+  m_Unloaded = true;
+  m_Surroundings.LogTrace = nullptr;
+  m_TrayHwnd = 0;
+  m_StatusFile.reset();
+  m_ShowPlayer.reset();
+  m_FormHook.reset();
+  if (m_hWnd != 0) m_Surroundings.Desktop.DestroyWindow(m_hWnd);
+}
+
+int32_t frmMonitor::Run() {
+  Form_Initialize();
+  if (!m_Unloaded) Form_Load();
+  if (!m_Unloaded) m_Surroundings.Loop.Run();
+  return m_ExitStatus;
+}
+
+void frmMonitor::Form_Initialize() {
+  try {
+    m_MsgQueue.Clear();
+    if (!m_Surroundings.CheckInstallation || m_Installation.CheckInstallation()) return;
+    m_Unloaded = true;  // the program ends here and now: there is nothing yet to unload
+    m_ExitStatus = ExitNotStarted;
+  } catch (const std::exception&) {
+    const Error error = CurrentError();
+    m_Surroundings.Boxes.Show(error.Description + "/" + error.Source, "");
+  }
+}
+
+void frmMonitor::Form_Load() {
+  if (m_Unloaded) return;
+  if (m_Surroundings.Instance.AlreadyRunning() || m_ShuttingDown) {
+    Unload();
+    return;
+  }
+  try {
+    LoadForm();
+  } catch (const std::exception&) {
+    CloseAfterBox(CurrentError());
+  }
+}
+
+void frmMonitor::LoadForm() {
+  ParseCommandLine();
+  m_Status.Pid = m_Surroundings.Pid;
+  m_Status.Started = m_Clock.Now();
+  if (!m_Surroundings.StatusFilename.empty()) {
+    m_StatusFile.emplace(m_Surroundings.FileSystem, m_Surroundings.StatusFilename);
+    m_StatusSignal = m_Surroundings.Loop.NewSignal([this] { WriteStatusFile(); });
+  }
+  LogMessage(LevelCourse,
+             m_NoSchedule ? "Show Player starting (for on demand shows)" : "Show Player starting", nullptr);
+  LoadSchedules();
+  HookWindow();
+  CreatePlayer();
+  tmCIODelay->Enabled(true);
+  ConfigureNetworkLink();
+  EnableNetworkLink(m_Installation.On());
+}
+
+void frmMonitor::ParseCommandLine() {
+  m_NoSchedule = m_Surroundings.CommandLine == "/noschedule";
+}
+
+void frmMonitor::HookWindow() {
+  m_hWnd = m_Surroundings.Desktop.NewMainWindow();
+  m_FormHook = std::make_unique<MsgHook>(m_HookRecords);
+  m_FormHook->AfterMessage = [this](const WindowMessage& message, intptr_t) {
+    m_FormHook_AfterMessage(message);
+  };
+  m_FormHook->StartSubclass(m_hWnd);
+  m_Label2 = FormatNumber(m_hWnd);
+}
+
+void frmMonitor::CreatePlayer() {
+  m_Devices = m_Surroundings.NewDevices();
+  m_CIO = m_Devices.Lights;
+  m_ShowPlayer = std::make_unique<ShowPlayer>(PlayerSurroundings{*this, m_Clock, m_Surroundings.Programs,
+                                                                 m_Surroundings.Settings, m_Networks,
+                                                                 m_Devices, m_Surroundings.Seed});
+  m_ShowPlayer->InitControls(*tmrShowPlayer, m_CIO, m_Devices.Media);
+}
+
+void frmMonitor::CloseAfterBox(const Error& error) {
+  const std::string szText =
+      error.Number == ErrorCommPortOpen
+          ? "Shows can not be enabled because the comm port is already open.  "
+            "If the Brillara Hardware Utility is running, shut it down and then "
+            "enable shows."
+          : "Shows cannot be enabled because of an error." + error.Description + "/" + error.Source;
+  m_ExitStatus = ExitNotStarted;
+  m_Surroundings.Boxes.Show(szText, "");
+  Unload();
+}
+
+void frmMonitor::LoadSchedules() {
+  const std::string szFolder = m_Installation.UserDataPath();
+  m_Schedule = LoadSchedule(m_Surroundings.FileSystem, szFolder + "weeksched." + "qsc");
+  m_YearSchedule = LoadYearSchedule(m_Surroundings.FileSystem, szFolder + "yearsched." + "qsc");
+  LogMessage(LevelCourse, "Schedule loaded", nullptr);
+}
+
+void frmMonitor::ConfigureNetworkLink() {
+  ChannelIO& cio = Required(m_CIO);
+  cio.SetLink(m_Installation.RemoteHost(), m_Installation.LocalPort(), m_Installation.RemotePort());
+  cio.SupportsSpecial(m_Installation.SupportsSpecial());
+}
+
+void frmMonitor::EnableNetworkLink(bool boolEnabled) {
+  Required(m_CIO).LinkEnabled(boolEnabled);
+  m_LinkEnabled = boolEnabled;
+  StatusChanged();
+}
+
+void frmMonitor::Unload() {
+  if (m_Unloaded) return;
+  m_Unloaded = true;
+  Form_Unload();
+  DisableTimers();
+  m_MsgQueue.Clear();
+  m_StatusSignal.reset();
+  m_StatusFile.reset();
+  if (m_hWnd != 0) IgnoreErrors([this] { m_Surroundings.Desktop.DestroyWindow(std::exchange(m_hWnd, 0)); });
+  m_Surroundings.Loop.Quit();
+}
+
+void frmMonitor::Form_Unload() {
+  LogMessage(LevelCourse, "Show Player shutting down", nullptr);
+  m_Schedule.reset();
+  m_YearSchedule.reset();
+  m_OnDemandEvent.reset();
+  m_ShowPlayer.reset();
+  if (m_FormHook) m_FormHook->StopSubclass();
+  m_FormHook.reset();
+  IgnoreErrors([this] {
+    if (m_Devices.Window && m_Devices.Window->Loaded()) m_Devices.Window->Unload();
+  });
+  IgnoreErrors([this] {
+    m_CIO.reset();
+    m_Devices = Devices();
+  });
+}
+
+void frmMonitor::DisableTimers() {
+  for (const auto& timer :
+       {&tmCIODelay, &tmNextAction, &tmrVexMsgQueue, &tmrShowPlayer, &tmrUnloadGracefully}) {
+    (*timer)->Enabled(false);
+  }
+}
+
+bool frmMonitor::ShowIsPlaying() const {
+  return m_ShowPlayer && m_ShowPlayer->CurrentShow();
+}
+
+void frmMonitor::RequestGracefulShutdown() {
+  LogMessage(LevelCourse, "Graceful shutdown requested", nullptr);
+  m_ShuttingDown = true;
+  StatusChanged();
+  if (!ShowIsPlaying()) {
+    Unload();
+    return;
+  }
+  m_ShowPlayer->NextShow(nullptr);
+  ReportShowsToTray(false);
+  tmrUnloadGracefully->Enabled(true);
+}
+
+void frmMonitor::RequestImmediateShutdown() {
+  LogMessage(LevelCourse, "Immediate shutdown requested", nullptr);
+  Unload();
+}
+
+}  // namespace vex
