@@ -8,8 +8,8 @@
 #include "host/MessageBoxes.h"
 #include "host/SingleInstance.h"
 #include "player/ShowPlayer.h"
-#include "schedule/Schedule.h"
-#include "schedule/YearSchedule.h"
+#include "schedule/ScheduleFunctions.h"
+#include "schedule/YearScheduleFunctions.h"
 
 namespace vex {
 

@@ -165,8 +165,8 @@ class frmMonitor final : public StatusReport {
   std::string m_ShowFileText;  // kept from tick to tick, so that its memory is used again
 
   Queue<VexMessage> m_MsgQueue;
-  std::unique_ptr<Schedule> m_Schedule;
-  std::unique_ptr<YearSchedule> m_YearSchedule;
+  std::shared_ptr<Schedule> m_Schedule;
+  std::shared_ptr<YearSchedule> m_YearSchedule;
   EventReference m_OnDemandEvent;
   bool m_NoSchedule = false;
   bool m_ShuttingDown = false;
