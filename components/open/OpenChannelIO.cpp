@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 namespace vex {
 namespace {
@@ -26,6 +27,7 @@ OpenChannelIO::OpenChannelIO(Clock& clock, EventLoop& eventLoop, Datagrams& data
 }
 
 OpenChannelIO::~OpenChannelIO() {
+  m_Network.Trouble = nullptr;  // whoever listened may be gone already
   EndStreams();
 }
 
@@ -45,6 +47,7 @@ void OpenChannelIO::SendEvent(int32_t lNetwork, int32_t lUnit, int32_t lCircuit,
   if (!m_Network.Sends() || !AcceptsCircuit(lNetwork, lUnit, lCircuit)) return;
   OutputUniverse& universe = Universe(lNetwork, lUnit);
   const auto slot = static_cast<size_t>(lCircuit - 1);
+  universe.Touched = true;
   if (startLevel == endLevel || lDurationMs <= 1)
     universe.Set(slot, endLevel);
   else
@@ -57,9 +60,11 @@ void OpenChannelIO::Flush() {
   const Elapsed now = m_Clock.Elapsed();
   bool boolMoving = false;
   for (OutputUniverse* universe : m_Used) {
-    if (universe->Moving()) universe->Advance(now);
     boolMoving = boolMoving || universe->Moving();
-    if (universe->Changed()) SendOrWait(*universe, now);
+    if (std::exchange(universe->Touched, false) && universe->Changed()) {
+      universe->Advance(now);  // the packet holds the newest levels of all slots
+      SendOrWait(*universe, now);
+    }
   }
   m_Network.Send();
   if (boolMoving && !m_GridStart) {

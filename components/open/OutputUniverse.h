@@ -36,7 +36,9 @@ class OutputUniverse {
 
   /// A slot has changed since the last packet.
   [[nodiscard]] bool Changed() const { return m_Changed; }
-  /// A change waits for the flush or for the pace.
+  /// An event has come since the last flush.
+  bool Touched = false;
+  /// A change waits for the pace.
   bool Waiting = false;
   /// A packet has gone out since the last frame of the grid.
   bool SentThisFrame = false;

@@ -1,0 +1,567 @@
+#include "components/open/OpenChannelIO.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "components/open/wire/NameUuid.h"
+#include "tests/open/OutputRig.h"
+
+namespace vex {
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr int32_t Unreachable = 101;  // what this machine calls ENETUNREACH
+
+TEST(OpenChannelIO, AcceptsUnits1To64OfNetworks0To3) {
+  OutputRig rig;
+  EXPECT_TRUE(rig.Lights->AcceptsUnit(0, 1));
+  EXPECT_TRUE(rig.Lights->AcceptsUnit(3, 64));
+  EXPECT_FALSE(rig.Lights->AcceptsUnit(0, 0));
+  EXPECT_FALSE(rig.Lights->AcceptsUnit(0, 65));
+  EXPECT_FALSE(rig.Lights->AcceptsUnit(-1, 1));
+  EXPECT_FALSE(rig.Lights->AcceptsUnit(4, 1));
+}
+
+TEST(OpenChannelIO, AcceptsCircuits1To512OfUnitsThatItTakes) {
+  OutputRig rig;
+  EXPECT_TRUE(rig.Lights->AcceptsCircuit(0, 1, 1));
+  EXPECT_TRUE(rig.Lights->AcceptsCircuit(0, 1, 512));
+  EXPECT_FALSE(rig.Lights->AcceptsCircuit(0, 1, 0));
+  EXPECT_FALSE(rig.Lights->AcceptsCircuit(0, 1, 513));
+  EXPECT_FALSE(rig.Lights->AcceptsCircuit(0, 65, 1));
+}
+
+TEST(OpenChannelIO, AnEventThatIsNotAcceptedDoesNothing) {
+  OutputRig rig;
+  rig.Light(65, 1, 100);
+  rig.Light(1, 513, 100);
+  rig.Light(1, 0, 100);
+  rig.Event(1, 1, 100, 100, 1, 4);
+  rig.Lights->Flush();
+  EXPECT_THAT(rig.Packets(), IsEmpty());
+}
+
+TEST(OpenChannelIO, NetworkAndUnitGiveTheUniverse) {
+  OutputSettings settings;
+  settings.FirstUniverse = 1000;
+  OutputRig rig(settings);
+  rig.Event(1, 1, 100, 100, 1, 0);
+  rig.Event(64, 1, 100, 100, 1, 0);
+  rig.Event(1, 1, 100, 100, 1, 1);
+  rig.Event(64, 1, 100, 100, 1, 3);
+  rig.Lights->Flush();
+  std::vector<int32_t> universes;
+  for (const auto& packet : rig.Packets()) universes.push_back(packet.Universe);
+  EXPECT_THAT(universes, ElementsAre(1000, 1063, 1064, 1255));
+}
+
+/// The product is the machine's: 50 times 2.55 is a little less than 127.5 there. Halves go to even.
+TEST(OpenChannelIO, LevelTimes2_55RoundedIsTheSlot) {
+  for (const auto& [level, byte] :
+       {std::pair{0.2, 1}, {1.0, 3}, {30.0, 76}, {33.3, 85}, {50.0, 127}, {99.9, 255}, {100.0, 255}}) {
+    OutputRig rig;
+    rig.Light(1, 7, level);
+    EXPECT_THAT(rig.Values(6), ElementsAre(byte)) << level;
+  }
+}
+
+TEST(OpenChannelIO, AFramesByteGoesOutAsItIs) {
+  for (int32_t lByte = 1; lByte <= 255; ++lByte) {
+    OutputRig rig;
+    rig.Light(1, 1, lByte / 2.55);
+    EXPECT_THAT(rig.Values(), ElementsAre(lByte));
+  }
+}
+
+TEST(OpenChannelIO, LevelsOutsideTheScaleBecomeItsEnds) {
+  OutputRig rig;
+  rig.Set(1, 1, 1e300);
+  rig.Set(1, 2, -5);
+  rig.Set(1, 3, std::nan(""));
+  rig.Lights->Flush();
+  ASSERT_THAT(rig.Packets(), SizeIs(1));
+  EXPECT_EQ(rig.Packets()[0].Slots[0], 255);
+  EXPECT_EQ(rig.Packets()[0].Slots[1], 0);
+  EXPECT_EQ(rig.Packets()[0].Slots[2], 0);
+}
+
+TEST(OpenChannelIO, NothingGoesOutBeforeTheFlush) {
+  OutputRig rig;
+  rig.Set(1, 1, 100);
+  EXPECT_THAT(rig.Packets(), IsEmpty());
+  rig.Lights->Flush();
+  EXPECT_THAT(rig.Times(), ElementsAre(0));
+}
+
+TEST(OpenChannelIO, AUniverseIsSentFromItsFirstChangeOn) {
+  OutputRig rig;
+  rig.Light(1, 1, 0);
+  rig.Advance(5000);
+  EXPECT_THAT(rig.Packets(), IsEmpty());
+  rig.Light(2, 1, 50);
+  rig.Advance(5000);
+  EXPECT_THAT(rig.Packets(1), IsEmpty());
+  EXPECT_FALSE(rig.Packets(2).empty());
+}
+
+TEST(OpenChannelIO, EachPacketHas512Slots) {
+  OutputRig rig;
+  rig.Light(1, 1, 100);
+  EXPECT_THAT(rig.Packets()[0].Slots, SizeIs(512));
+}
+
+TEST(OpenChannelIO, AFlushWithoutChangeSendsNothing) {
+  OutputRig rig;
+  rig.Light(1, 1, 40);
+  rig.Light(1, 1, 40);
+  rig.Lights->Flush();
+  EXPECT_THAT(rig.Packets(), SizeIs(1));
+}
+
+TEST(OpenChannelIO, AnUnchangedUniverseIsRepeatedThreeTimesAndThenKeptAlive) {
+  OutputRig rig;
+  rig.Light(1, 1, 40);
+  rig.Advance(4000);
+  EXPECT_THAT(rig.Times(), ElementsAre(0, 63, 126, 189, 1089, 1989, 2889, 3789));
+  EXPECT_THAT(rig.Values(), Each(102));
+}
+
+TEST(OpenChannelIO, KeepAliveGoesOnWhileALateLoopCatchesUp) {
+  OutputRig rig;
+  rig.Light(1, 1, 40);
+  rig.Advance(60000);
+  const auto times = rig.Times();
+  for (size_t i = 5; i < times.size(); ++i) {
+    EXPECT_GE(times[i] - times[i - 1], 800);
+    EXPECT_LE(times[i] - times[i - 1], 1000);
+  }
+}
+
+TEST(OpenChannelIO, AChangeEndsTheRestAndIsRepeatedAnew) {
+  OutputRig rig;
+  rig.Light(1, 1, 40);
+  rig.Advance(100);
+  rig.Light(1, 1, 60);
+  rig.Advance(300);
+  EXPECT_THAT(rig.Times(), ElementsAre(0, 63, 100, 163, 226, 289));
+}
+
+TEST(OpenChannelIO, SequenceNumbersCountEachUniverse) {
+  OutputRig rig;
+  rig.Light(1, 1, 40);
+  rig.Light(2, 1, 40);
+  rig.Advance(300);
+  std::vector<int32_t> numbers;
+  for (const auto& packet : rig.Packets(2)) numbers.push_back(packet.Sequence);
+  EXPECT_THAT(numbers, ElementsAre(1, 2, 3, 4));
+}
+
+TEST(OpenChannelIO, TwoChangesMayFollowAtOnceTheThirdWaitsWithTheNewestLevels) {
+  OutputRig rig;
+  rig.Light(1, 1, 10 / 2.55);
+  rig.Light(1, 1, 20 / 2.55);
+  rig.Light(1, 1, 30 / 2.55);
+  rig.Advance(10);
+  rig.Light(1, 1, 40 / 2.55);
+  rig.Advance(50);
+  EXPECT_THAT(rig.Times(), ElementsAre(0, 0, 25));
+  EXPECT_THAT(rig.Values(), ElementsAre(10, 20, 40));
+}
+
+TEST(OpenChannelIO, WhatIsHeldBackInOneUniverseHoldsNoOtherBack) {
+  OutputRig rig;
+  for (int i = 1; i <= 3; ++i) rig.Light(1, 1, i * 10);
+  rig.Light(2, 1, 50);
+  EXPECT_THAT(rig.Times(2), ElementsAre(0));
+}
+
+TEST(OpenChannelIO, AMoveGoesOutOnTheFrameGrid) {
+  OutputRig rig;
+  rig.Advance(7);
+  rig.Event(1, 1, 0, 100, 100);
+  rig.Lights->Flush();
+  rig.Advance(110);
+  EXPECT_THAT(rig.Times(), ElementsAre(32, 57, 82, 107));
+  EXPECT_THAT(rig.Values(), ElementsAre(64, 127, 191, 255));
+}
+
+TEST(OpenChannelIO, AMoveBeginsAtItsStartLevelAtOnce) {
+  OutputRig rig;
+  rig.Event(1, 1, 100, 0, 50);
+  rig.Lights->Flush();
+  rig.Advance(60);
+  EXPECT_THAT(rig.Times(), ElementsAre(0, 25, 50));
+  EXPECT_THAT(rig.Values(), ElementsAre(255, 127, 0));
+}
+
+TEST(OpenChannelIO, AMoveThatEndsBetweenFramesArrivesWithTheNextFrame) {
+  OutputRig rig;
+  rig.Event(1, 1, 100, 0, 30);
+  rig.Lights->Flush();
+  rig.Advance(60);
+  EXPECT_THAT(rig.Times(), ElementsAre(0, 25, 50));
+  EXPECT_EQ(rig.Values().back(), 0);
+}
+
+TEST(OpenChannelIO, AnEventOfOneMillisecondIsAJumpToItsEnd) {
+  OutputRig rig;
+  rig.Event(1, 1, 0, 100, 1);
+  rig.Lights->Flush();
+  EXPECT_THAT(rig.Values(), ElementsAre(255));
+}
+
+TEST(OpenChannelIO, ALaterEventTakesTheCircuitOver) {
+  OutputRig rig;
+  rig.Event(1, 1, 0, 100, 1000);
+  rig.Lights->Flush();
+  rig.Advance(60);
+  rig.Light(1, 1, 20);
+  rig.Advance(2000);
+  EXPECT_EQ(rig.Values().back(), 51);
+  const auto values = rig.Values();
+  EXPECT_THAT(std::vector<int32_t>(values.begin() + 2, values.end()), Each(51));
+}
+
+TEST(OpenChannelIO, AMoveThatTakesOverAMoveGoesItsOwnWay) {
+  OutputRig rig;
+  rig.Event(1, 1, 0, 100, 1000);
+  rig.Event(1, 2, 0, 100, 100);
+  rig.Event(1, 1, 100, 0, 50);
+  rig.Lights->Flush();
+  rig.Advance(150);
+  EXPECT_EQ(rig.Values(0).back(), 0);
+  EXPECT_EQ(rig.Values(1).back(), 255);
+}
+
+TEST(OpenChannelIO, TheGridOfAnOddRateDoesNotDrift) {
+  OutputSettings settings;
+  settings.FrameRate = 30;
+  OutputRig rig(settings);
+  rig.Event(1, 1, 0, 100, 4000);
+  rig.Lights->Flush();
+  rig.Advance(4000);
+  const auto times = rig.Times();
+  for (size_t i = 0; i < times.size(); ++i) {
+    const double frame = static_cast<double>(times[i]) * 30 / 1000;
+    EXPECT_LT(frame - std::floor(frame), 0.031) << times[i];  // within a millisecond behind its place
+  }
+  EXPECT_GE(times.size(), 119U);
+}
+
+TEST(OpenChannelIO, AFrameLeavesOutWhatHasGoneOutSinceTheFrameBefore) {
+  OutputRig rig;
+  rig.Event(1, 1, 0, 100, 1000);
+  rig.Event(2, 1, 0, 100, 1000);
+  rig.Lights->Flush();
+  rig.Advance(60);
+  rig.Light(1, 2, 100);
+  EXPECT_EQ(rig.Packets(1).back().Slots[0], std::lround(6 * 2.55))
+      << "the packet holds the move's newest level";
+  rig.Advance(60);
+  EXPECT_THAT(rig.Times(1), ElementsAre(25, 50, 60, 100));
+  EXPECT_THAT(rig.Times(2), ElementsAre(25, 50, 75, 100));
+}
+
+TEST(OpenChannelIO, AFrameWithoutChangeSendsNothing) {
+  OutputRig rig;
+  rig.Event(1, 1, 10, 10.5, 10000);  // one step of the byte in ten seconds
+  rig.Lights->Flush();
+  rig.Advance(10100);
+  EXPECT_LT(rig.Packets().size(), 20U);
+}
+
+TEST(OpenChannelIO, EventsOfMovesUnderWayDoNotWaitBehindFrames) {
+  OutputRig rig;
+  rig.Event(1, 1, 0, 100, 10000);
+  rig.Lights->Flush();
+  for (int i = 0; i < 40; ++i) {
+    rig.Advance(240 + i % 7);
+    const size_t before = rig.Packets().size();
+    rig.Light(1, 2, i % 2 == 0 ? 100 : 0);
+    EXPECT_EQ(rig.Packets().size(), before + 1) << i;
+  }
+}
+
+TEST(OpenChannelIO, NothingRunsWhileNothingStreams) {
+  OutputRig rig;
+  rig.Lights->Flush();
+  rig.Advance(3600000);
+  EXPECT_EQ(rig.Host.EventLoop().Ticks(), 0U);
+}
+
+TEST(OpenChannelIO, AQuietStreamTicksOnlyToKeepAlive) {
+  OutputRig rig;
+  rig.Light(1, 1, 100);
+  rig.Advance(90000);
+  EXPECT_LE(rig.Host.EventLoop().Ticks(), 3U + 100U + 9U);
+}
+
+TEST(OpenChannelIO, TheStreamEndsWithThreeTerminatedPacketsWhenNoShowFollows) {
+  OutputRig rig;
+  rig.Light(1, 1, 100);
+  rig.Light(2, 1, 100);
+  rig.Advance(100);
+  rig.Host.Datagrams().ForgetSent();
+  rig.Lights->ShowsEnded();
+  ASSERT_THAT(rig.Packets(1), SizeIs(3));
+  ASSERT_THAT(rig.Packets(2), SizeIs(3));
+  for (const auto& packet : rig.Packets()) EXPECT_TRUE(packet.Terminated);
+  EXPECT_NE(rig.Packets(1)[0].Sequence, rig.Packets(1)[1].Sequence);
+  rig.Host.Datagrams().ForgetSent();
+  rig.Advance(60000);
+  rig.Lights->ShowsEnded();
+  EXPECT_THAT(rig.Host.Datagrams().Sent(), IsEmpty());
+}
+
+TEST(OpenChannelIO, AStreamThatBeginsAgainGoesOnCounting) {
+  OutputRig rig;
+  rig.Light(1, 1, 100);
+  rig.Lights->ShowsEnded();
+  rig.Advance(5000);
+  rig.Light(1, 1, 50);
+  const auto packets = rig.Packets(1);
+  ASSERT_THAT(packets, SizeIs(5));
+  for (size_t i = 0; i < packets.size(); ++i) EXPECT_EQ(packets[i].Sequence, static_cast<int32_t>(i) + 1);
+  EXPECT_FALSE(packets.back().Terminated);
+}
+
+TEST(OpenChannelIO, WhatWasHeldBackGoesOutBeforeTheStreamEnds) {
+  OutputRig rig;
+  for (const double level : {100.0, 50.0, 0.0}) rig.Light(1, 1, level);
+  rig.Lights->ShowsEnded();
+  const auto packets = rig.Packets(1);
+  ASSERT_THAT(packets, SizeIs(6));
+  EXPECT_FALSE(packets[2].Terminated);
+  EXPECT_EQ(packets[2].Slots[0], 0);
+  EXPECT_TRUE(packets[3].Terminated);
+}
+
+TEST(OpenChannelIO, AMoveUnderWayArrivesBeforeTheStreamEnds) {
+  OutputRig rig;
+  rig.Event(1, 1, 100, 0, 10000);
+  rig.Lights->Flush();
+  rig.Lights->ShowsEnded();
+  EXPECT_THAT(rig.Values(), ElementsAre(255, 0, 0, 0, 0));
+}
+
+TEST(OpenChannelIO, TheStreamEndsWhenTheControlGoes) {
+  OutputRig rig;
+  rig.Light(1, 1, 100);
+  rig.Lights.reset();
+  ASSERT_THAT(rig.Packets(), SizeIs(4));
+  EXPECT_TRUE(rig.Packets().back().Terminated);
+}
+
+TEST(OpenChannelIO, ARestDoesNotEndTheStream) {
+  OutputRig rig;
+  rig.Light(1, 1, 100);
+  rig.Light(1, 1, 0);
+  rig.Advance(10000);
+  for (const auto& packet : rig.Packets()) EXPECT_FALSE(packet.Terminated);
+  EXPECT_GT(rig.Packets().size(), 10U);
+}
+
+TEST(OpenChannelIO, WithoutHostEachUniverseGoesToItsGroup) {
+  OutputRig rig;
+  rig.Event(1, 1, 100, 100, 1, 3);
+  rig.Lights->Flush();
+  EXPECT_EQ(rig.Packets()[0].To, (DatagramAddress{0xEFFF00C1, 5568}));
+  EXPECT_EQ(rig.Host.Datagrams().Sent()[0].MulticastInterface, 0U);
+}
+
+TEST(OpenChannelIO, MulticastLeavesByTheInterfaceOfTheSettings) {
+  OutputSettings settings;
+  settings.Interface = "127.0.0.1";
+  OutputRig rig(settings);
+  rig.Light(1, 1, 100);
+  EXPECT_EQ(rig.Host.Datagrams().Sent()[0].MulticastInterface, 0x7F000001U);
+}
+
+TEST(OpenChannelIO, AnInterfaceThatIsNoneIsToldOnce) {
+  OutputSettings settings;
+  settings.Interface = "eth0";
+  OutputRig rig(settings);
+  rig.Light(1, 1, 100);
+  rig.Advance(5000);
+  EXPECT_THAT(rig.Troubles, ElementsAre(HasSubstr("eth0")));
+  EXPECT_THAT(rig.Packets(), IsEmpty());
+}
+
+TEST(OpenChannelIO, WithAHostEverythingGoesThere) {
+  OutputSettings settings;
+  settings.Host = "127.0.0.1";
+  OutputRig rig(settings);
+  rig.Light(1, 1, 100);
+  rig.Light(9, 1, 100);
+  rig.Advance(10000);
+  for (const auto& sent : rig.Host.Datagrams().Sent())
+    EXPECT_EQ(sent.To, (DatagramAddress{0x7F000001, 5568}));
+}
+
+TEST(OpenChannelIO, AHostNameIsLookedUpAtTheStart) {
+  OutputRig rig;
+  rig.Host.Datagrams().KnowHost("tree.local", 0x0A000005);
+  rig.Settings.Host = "tree.local";
+  rig.Make();
+  rig.Host.Datagrams().KnowHost("tree.local", 0x0A000006);
+  rig.Light(1, 1, 100);
+  EXPECT_EQ(rig.Packets()[0].To.Address, 0x0A000005U);
+}
+
+TEST(OpenChannelIO, AHostThatIsNotFoundIsToldOnceAndLookedUpAgain) {
+  OutputSettings settings;
+  settings.Host = "tree.local";
+  OutputRig rig(settings);
+  rig.Light(1, 1, 100);
+  rig.Advance(20000);
+  EXPECT_THAT(rig.Troubles, ElementsAre("Lighting network unreachable: host \"tree.local\" cannot be found"));
+  EXPECT_THAT(rig.Packets(), IsEmpty());
+  rig.Host.Datagrams().KnowHost("tree.local", 0x0A000005);
+  rig.Advance(20000);
+  ASSERT_FALSE(rig.Packets().empty());
+  EXPECT_EQ(rig.Packets()[0].To.Address, 0x0A000005U);
+  EXPECT_EQ(rig.Values().back(), 255);
+}
+
+TEST(OpenChannelIO, AfterAFailureTheHostIsLookedUpAgain) {
+  OutputRig rig;
+  rig.Host.Datagrams().KnowHost("tree.local", 0x0A000005);
+  rig.Settings.Host = "tree.local";
+  rig.Make();
+  rig.Host.Datagrams().FailSendsTo(0x0A000005, Unreachable);
+  rig.Host.Datagrams().KnowHost("tree.local", 0x0A000006);
+  rig.Light(1, 1, 100);
+  rig.Advance(40000);
+  EXPECT_THAT(rig.Troubles, SizeIs(1));
+  ASSERT_FALSE(rig.Packets().empty());
+  EXPECT_EQ(rig.Packets().back().To.Address, 0x0A000006U);
+}
+
+TEST(OpenChannelIO, AnUnreachableNetworkIsOneLineUntilItWorksAgain) {
+  OutputRig rig;
+  rig.Host.Datagrams().FailSends(Unreachable);
+  for (int i = 1; i < 20; ++i) {
+    rig.Light(1, 1, i);
+    rig.Advance(100);
+  }
+  ASSERT_THAT(rig.Troubles, SizeIs(1));
+  EXPECT_EQ(rig.Troubles[0], "Lighting network unreachable: " + rig.Host.Datagrams().Describe(Unreachable));
+  rig.Host.Datagrams().FailSends(0);
+  rig.Host.Datagrams().ForgetSent();
+  rig.Light(1, 1, 100);
+  EXPECT_THAT(rig.Values(), ElementsAre(255));
+  rig.Host.Datagrams().FailSends(Unreachable);
+  rig.Advance(1000);
+  EXPECT_THAT(rig.Troubles, SizeIs(2));
+}
+
+TEST(OpenChannelIO, ASocketThatCannotBeMadeIsOneLineAndTriedAgain) {
+  OutputRig rig;
+  rig.Host.Datagrams().FailNewSender(24);
+  rig.Light(1, 1, 100);
+  rig.Light(1, 1, 50);
+  EXPECT_THAT(rig.Troubles, SizeIs(1));
+  rig.Host.Datagrams().FailNewSender(0);
+  rig.Advance(1000);
+  EXPECT_FALSE(rig.Packets().empty());
+}
+
+TEST(OpenChannelIO, WhatFailsWhileTheControlGoesIsNotToldToAnybody) {
+  OutputRig rig;
+  rig.Light(1, 1, 100);
+  rig.Host.Datagrams().FailSends(Unreachable);
+  rig.Lights.reset();
+  EXPECT_THAT(rig.Troubles, IsEmpty());
+}
+
+TEST(OpenChannelIO, SourcePriorityAndIdentityStandInEachPacket) {
+  OutputSettings settings;
+  settings.SourceName = "F\xFCr Elise";
+  settings.Priority = 150;
+  OutputRig rig(settings);
+  rig.Light(1, 1, 100);
+  const auto& bytes = rig.Host.Datagrams().Sent()[0].Bytes;
+  EXPECT_EQ(std::string(bytes.begin() + 44, bytes.begin() + 55), std::string("F\xC3\xBCr Elise\0", 11));
+  EXPECT_EQ(bytes[108], 150);
+  const Uuid cid = LightingSourceUuid("machine", settings.SourceName);
+  EXPECT_TRUE(std::equal(cid.begin(), cid.end(), bytes.begin() + 22));
+}
+
+TEST(OpenChannelIO, WhileStreamingTheUniversesAreDiscoveredEveryTenSeconds) {
+  OutputRig rig;
+  rig.Light(3, 1, 100);
+  rig.Light(1, 1, 100);
+  rig.Advance(35000);
+  std::vector<int64_t> times;
+  for (const auto& sent : rig.Host.Datagrams().Sent()) {
+    if (sent.Bytes.size() == 638) continue;
+    times.push_back(sent.At.count() / 1000000);
+    EXPECT_EQ(sent.To, (DatagramAddress{0xEFFFFAD6, 5568}));
+    EXPECT_EQ(std::vector<uint8_t>(sent.Bytes.begin() + 118, sent.Bytes.end()),
+              (std::vector<uint8_t>{0, 0, 0, 1, 0, 3}));
+  }
+  EXPECT_THAT(times, ElementsAre(10000, 20000, 30000));
+}
+
+TEST(OpenChannelIO, ArtNetIsBroadcast) {
+  OutputSettings settings;
+  settings.Protocol = OutputProtocol::ArtNet;
+  settings.FirstUniverse = 0;
+  OutputRig rig(settings);
+  rig.Event(2, 1, 100, 100, 1, 1);
+  rig.Lights->Flush();
+  rig.Advance(30000);
+  ASSERT_FALSE(rig.Packets().empty());
+  for (const auto& packet : rig.Packets()) EXPECT_EQ(packet.To, (DatagramAddress{0xFFFFFFFF, 6454}));
+  EXPECT_EQ(rig.Packets()[0].Universe, 65);
+  EXPECT_EQ(rig.Packets().size(), rig.Host.Datagrams().Sent().size()) << "no discovery";
+}
+
+TEST(OpenChannelIO, ArtNetStreamsJustStop) {
+  OutputSettings settings;
+  settings.Protocol = OutputProtocol::ArtNet;
+  settings.Host = "10.0.0.9";
+  OutputRig rig(settings);
+  rig.Light(1, 1, 100);
+  rig.Lights->ShowsEnded();
+  rig.Advance(5000);
+  EXPECT_THAT(rig.Packets(), SizeIs(1));
+  EXPECT_EQ(rig.Packets()[0].To, (DatagramAddress{0x0A000009, 6454}));
+}
+
+TEST(OpenChannelIO, ProtocolNoneSendsNothing) {
+  OutputSettings settings;
+  settings.Protocol = OutputProtocol::None;
+  OutputRig rig(settings);
+  EXPECT_TRUE(rig.Lights->AcceptsCircuit(0, 1, 1));
+  rig.Event(1, 1, 0, 100, 1000);
+  rig.Light(1, 2, 100);
+  rig.Advance(30000);
+  rig.Lights->ShowsEnded();
+  rig.Lights.reset();
+  EXPECT_THAT(rig.Host.Datagrams().Sent(), IsEmpty());
+  EXPECT_EQ(rig.Host.EventLoop().Ticks(), 0U);
+}
+
+TEST(OpenChannelIO, KeepsTheLinkAndTellsOfIt) {
+  OutputRig rig;
+  std::vector<std::string> told;
+  rig.Lights->LinkChanged = [&](const OpenLink& link) {
+    told.push_back(link.Host + (link.Enabled ? " on" : " off"));
+  };
+  rig.Lights->SetLink("127.0.0.1", 8000, -1);
+  rig.Lights->LinkEnabled(true);
+  EXPECT_THAT(told, ElementsAre("127.0.0.1 off", "127.0.0.1 on"));
+  EXPECT_EQ(rig.Lights->Link().LocalPort, 8000);
+  EXPECT_EQ(rig.Lights->Link().RemotePort, -1);
+}
+
+}  // namespace
+}  // namespace vex
