@@ -1,0 +1,20 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <string_view>
+
+namespace vex {
+
+/// Files of this machine, read and written whole. Both return 0 or errno's number.
+
+/// szContents' memory is used again. Besides files, pipes and devices that end are read too, up to 64 MiB.
+[[nodiscard]] int ReadWholeFile(const std::string& szHostPath, std::string& szContents);
+
+/// Writes a new file beside the old one, flushes it and renames it over the old: whoever reads sees the old
+/// text or the new one. A link stays a link, the old file's owner and permissions are kept; a new file gets
+/// `mode` less the process's mask. Pipes and devices are written straight.
+[[nodiscard]] int WriteWholeFile(const std::string& szHostPath, std::string_view szText, mode_t mode);
+
+}  // namespace vex
