@@ -29,8 +29,8 @@ CivilTime ReadWallClock() {
 
 DateTime LinuxClock::Now() const {
   const tm parts = ReadWallClock().Parts;
-  return DateTime::FromParts(parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min,
-                             parts.tm_sec);
+  return DateTime::FromParts(parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour,
+                             parts.tm_min, parts.tm_sec);
 }
 
 double LinuxClock::SecondsOfDay() const {

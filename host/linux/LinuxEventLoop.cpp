@@ -70,7 +70,8 @@ LinuxEventLoop::LinuxEventLoop()
   epoll_event event{};
   event.events = EPOLLIN;
   event.data.u64 = TimerFdId;
-  if (epoll_ctl(m_Epoll.Get(), EPOLL_CTL_ADD, m_TimerFd.Get(), &event) != 0) throw SystemError("EventLoop", "");
+  if (epoll_ctl(m_Epoll.Get(), EPOLL_CTL_ADD, m_TimerFd.Get(), &event) != 0)
+    throw SystemError("EventLoop", "");
   m_ClockWatch = WatchReadable(m_ClockFd.Get(), [this] {
     uint64_t expirations = 0;
     const auto count = read(m_ClockFd.Get(), &expirations, sizeof expirations);
@@ -99,7 +100,8 @@ std::unique_ptr<Watch> LinuxEventLoop::WatchWritable(int64_t handle, std::functi
   return NewWatch(handle, EPOLLOUT, std::move(handler));
 }
 
-std::unique_ptr<Watch> LinuxEventLoop::NewWatch(int64_t handle, uint32_t events, std::function<void()> handler) {
+std::unique_ptr<Watch> LinuxEventLoop::NewWatch(int64_t handle, uint32_t events,
+                                                std::function<void()> handler) {
   const auto fd = static_cast<int>(handle);
   const uint64_t id = ++m_Created;
   epoll_event event{};
@@ -162,8 +164,8 @@ void LinuxEventLoop::WatchClock() {
 }
 
 void LinuxEventLoop::Arm() {
-  const Elapsed due = m_Due.empty() || (*m_Due.begin())->m_Due == Elapsed::max() ? Elapsed(0)
-                                                                                 : (*m_Due.begin())->m_Due;
+  const Elapsed due =
+      m_Due.empty() || (*m_Due.begin())->m_Due == Elapsed::max() ? Elapsed(0) : (*m_Due.begin())->m_Due;
   if (due == m_Armed) return;
   // Setting the timer also takes away that it has run out, so it is never read.
   itimerspec when{};
@@ -177,7 +179,8 @@ void LinuxEventLoop::Turn(bool boolWait) {
   ++m_Turns;
   if (boolWait) Arm();
   std::array<epoll_event, 32> events;
-  const int count = epoll_wait(m_Epoll.Get(), events.data(), static_cast<int>(events.size()), boolWait ? -1 : 0);
+  const int count =
+      epoll_wait(m_Epoll.Get(), events.data(), static_cast<int>(events.size()), boolWait ? -1 : 0);
   if (count > 0) HandleSources(std::span(events).first(static_cast<size_t>(count)));
   TickDueTimers();
 }

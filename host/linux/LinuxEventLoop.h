@@ -72,7 +72,8 @@ class LinuxEventLoop : public EventLoop {
     }
   };
 
-  [[nodiscard]] std::unique_ptr<Watch> NewWatch(int64_t handle, uint32_t events, std::function<void()> handler);
+  [[nodiscard]] std::unique_ptr<Watch> NewWatch(int64_t handle, uint32_t events,
+                                                std::function<void()> handler);
   void WatchClock();
   void Arm();
   void Turn(bool boolWait);

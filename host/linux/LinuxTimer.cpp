@@ -9,7 +9,7 @@
 namespace vex {
 
 void TimerState::Start(Elapsed now) {
-  m_Next = now + m_Interval;
+  m_Next = std::chrono::ceil<std::chrono::milliseconds>(now) + m_Interval;
   m_Due = m_Next;
 }
 
@@ -18,9 +18,13 @@ void TimerState::PassTo(Elapsed now) {
   m_Due = m_Next;
 }
 
-void TimerState::QuietUntil(Elapsed until) { m_Due = GridPointFrom(until); }
+void TimerState::QuietUntil(Elapsed until) {
+  m_Due = GridPointFrom(until);
+}
 
-void TimerState::Wake(Elapsed now) { m_Due = std::min(m_Due, GridPointFrom(now)); }
+void TimerState::Wake(Elapsed now) {
+  m_Due = std::min(m_Due, GridPointFrom(now));
+}
 
 bool TimerState::Earlier(const TimerState& other) const {
   return std::tie(m_Due, m_Order, m_Creation) < std::tie(other.m_Due, other.m_Order, other.m_Creation);
@@ -38,7 +42,9 @@ Elapsed TimerState::GridPointFrom(Elapsed moment) const {
 LinuxTimer::LinuxTimer(LinuxEventLoop& loop, std::shared_ptr<TimerState> state)
     : m_Loop(loop), m_State(std::move(state)) {}
 
-LinuxTimer::~LinuxTimer() { Enabled(false); }
+LinuxTimer::~LinuxTimer() {
+  Enabled(false);
+}
 
 void LinuxTimer::Enabled(bool boolEnabled) {
   if (boolEnabled == m_State->m_Enabled) return;
@@ -48,7 +54,9 @@ void LinuxTimer::Enabled(bool boolEnabled) {
   });
 }
 
-int32_t LinuxTimer::Interval() const { return static_cast<int32_t>(m_State->m_Interval.count()); }
+int32_t LinuxTimer::Interval() const {
+  return static_cast<int32_t>(m_State->m_Interval.count());
+}
 
 void LinuxTimer::Interval(int32_t lMilliseconds) {
   if (lMilliseconds < 1) throw PlatformError(ErrorInvalidCall);

@@ -10,7 +10,8 @@ class LinuxEventLoop;
 
 /// What the event loop knows of one timer. It outlives the Timer while its tick runs, so that a timer may be
 /// destroyed inside its own tick. Grid points are m_Next, m_Next + m_Interval, ...; m_Next is the first one
-/// that has not ticked, and m_Due the one that will: m_Next or, in quiet, a later one.
+/// that has not ticked, and m_Due the one that will: m_Next or, in quiet, a later one. Grids lie on whole
+/// milliseconds, so that timers due in the same one tick in their fixed order and out of one sleep.
 class TimerState {
  public:
   TimerState(TimerOrder order, uint64_t creation) : m_Order(order), m_Creation(creation) {}

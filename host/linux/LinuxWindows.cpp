@@ -4,6 +4,7 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -19,6 +20,7 @@ namespace {
 
 constexpr int WantedSendBuffer = 4 << 20;
 constexpr int MostHandlesTried = 1000;
+constexpr time_t YoungSeconds = 60;
 
 WindowHandle RandomHandle() {
   static std::random_device device;
@@ -62,7 +64,9 @@ ssize_t Send(int socket, const std::vector<uint8_t>& datagram) {
   return sent;
 }
 
-bool NoRoom(int code) { return code == EAGAIN || code == ENOBUFS || code == ENOMEM; }
+bool NoRoom(int code) {
+  return code == EAGAIN || code == ENOBUFS || code == ENOMEM;
+}
 
 }  // namespace
 
@@ -82,7 +86,8 @@ WindowHandle LinuxWindows::NewMainWindow() {
 
 WindowHandle LinuxWindows::NewWindow() {
   m_Folder.Prepare();
-  Window window{NewSocket(), std::make_shared<WindowProcedure>([](const WindowMessage&) -> intptr_t { return 0; }),
+  Window window{NewSocket(),
+                std::make_shared<WindowProcedure>([](const WindowMessage&) -> intptr_t { return 0; }),
                 nullptr};
   if (!window.Socket.Open()) throw SystemError("Windows.NewWindow", "socket");
   for (int tried = 0; tried < MostHandlesTried; ++tried) {
@@ -105,14 +110,17 @@ bool LinuxWindows::Bind(const Descriptor& socket, WindowHandle hWnd) const {
   return CallWithPath(bind, socket.Get(), szPath) == 0;
 }
 
-/// Sockets of programs that were killed would gather over the years.
+/// Sockets of programs that were killed would gather over the years. Young ones are left alone: another
+/// program's new window refuses connection for a moment.
 void LinuxWindows::RemoveLeftOvers() const {
   const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(m_Folder.Path().c_str()), closedir);
   if (!folder) return;
   while (const dirent* const entry = readdir(folder.get())) {
     if (!IsSocketName(entry->d_name)) continue;
     const std::string szPath = m_Folder.Path() + "/" + entry->d_name;
-    if (LeftOver(szPath)) unlink(szPath.c_str());
+    struct stat state {};
+    if (lstat(szPath.c_str(), &state) != 0 || !S_ISSOCK(state.st_mode)) continue;
+    if (state.st_mtime + YoungSeconds < time(nullptr) && LeftOver(szPath)) unlink(szPath.c_str());
   }
 }
 
@@ -143,13 +151,15 @@ void LinuxWindows::RemovePlayerFile() const {
     unlink(m_Folder.PlayerPath().c_str());
 }
 
-WindowProcedureReference LinuxWindows::ExchangeProcedure(WindowHandle hWnd, WindowProcedureReference procedure) {
+WindowProcedureReference LinuxWindows::ExchangeProcedure(WindowHandle hWnd,
+                                                         WindowProcedureReference procedure) {
   const auto found = m_Windows.find(hWnd);
   if (found == m_Windows.end()) return nullptr;
   return std::exchange(found->second.Procedure, std::move(procedure));
 }
 
-intptr_t LinuxWindows::CallProcedure(const WindowProcedureReference& procedure, const WindowMessage& message) {
+intptr_t LinuxWindows::CallProcedure(const WindowProcedureReference& procedure,
+                                     const WindowMessage& message) {
   // Held for the call: a procedure may take itself away.
   const WindowProcedureReference held = procedure;
   return held && *held ? (*held)(message) : 0;
@@ -199,7 +209,9 @@ Descriptor LinuxWindows::Connect(WindowHandle hWnd) const {
   return socket;
 }
 
-bool LinuxWindows::Exists(WindowHandle hWnd) const { return m_Windows.contains(hWnd) || Connect(hWnd).Open(); }
+bool LinuxWindows::Exists(WindowHandle hWnd) const {
+  return m_Windows.contains(hWnd) || Connect(hWnd).Open();
+}
 
 SendResult LinuxWindows::SendCopyData(WindowHandle sender, WindowHandle target, const CopyData& copy) {
   if (const auto waiting = m_Receivers.find(target); waiting != m_Receivers.end())
@@ -213,7 +225,8 @@ SendResult LinuxWindows::SendCopyData(WindowHandle sender, WindowHandle target, 
   return NoRoom(errno) ? Keep(sender, target, copy, std::move(socket)) : SendResult::Gone;
 }
 
-SendResult LinuxWindows::Keep(WindowHandle sender, WindowHandle target, const CopyData& copy, Descriptor socket) {
+SendResult LinuxWindows::Keep(WindowHandle sender, WindowHandle target, const CopyData& copy,
+                              Descriptor socket) {
   Receiver receiver;
   receiver.Socket = std::move(socket);
   if (!receiver.Messages.Add(sender, copy)) return SendResult::TooLong;

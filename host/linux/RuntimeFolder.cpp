@@ -24,14 +24,15 @@ constexpr size_t LongestFolder = sizeof(sockaddr_un::sun_path) - 12;
 }
 
 void MakeWithParents(const std::string& szFolder) {
-  for (size_t slash = szFolder.find('/', 1); slash != std::string::npos; slash = szFolder.find('/', slash + 1))
+  for (size_t slash = szFolder.find('/', 1); slash != std::string::npos;
+       slash = szFolder.find('/', slash + 1))
     mkdir(szFolder.substr(0, slash).c_str(), OwnerOnly);
   mkdir(szFolder.c_str(), OwnerOnly);
 }
 
 /// True for "/tmp", "/", "/run" and the like: closing them would lock the whole machine out.
 bool SharedByTheMachine(int folder, const struct stat& state) {
-  struct stat above{};
+  struct stat above {};
   if (fstatat(folder, "..", &above, 0) != 0) return true;
   const bool boolMountPoint = above.st_dev != state.st_dev || above.st_ino == state.st_ino;
   return boolMountPoint || (state.st_mode & S_ISVTX) != 0;
@@ -64,7 +65,7 @@ void RuntimeFolder::Prepare() const {
     const int code = errno;
     Refuse(code, m_Path, "cannot be used: " + DescribeCode(code));
   }
-  struct stat state{};
+  struct stat state {};
   if (fstat(folder.Get(), &state) != 0) throw SystemError(Source, m_Path);
   if (state.st_uid != geteuid()) Refuse(EACCES, m_Path, "belongs to another user");
   if ((state.st_mode & OthersBits) == 0) return;

@@ -16,7 +16,9 @@ class RuntimeFolder {
   static RuntimeFolder FromEnvironment();
 
   [[nodiscard]] const std::string& Path() const { return m_Path; }
-  [[nodiscard]] std::string WindowPath(WindowHandle hWnd) const { return m_Path + "/" + std::to_string(hWnd); }
+  [[nodiscard]] std::string WindowPath(WindowHandle hWnd) const {
+    return m_Path + "/" + std::to_string(hWnd);
+  }
   [[nodiscard]] std::string PlayerPath() const { return m_Path + "/player"; }
   [[nodiscard]] std::string LockPath() const { return m_Path + "/player.lock"; }
   [[nodiscard]] std::string StatusPath() const { return m_Path + "/status.json"; }

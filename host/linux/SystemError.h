@@ -9,11 +9,14 @@
 namespace vex {
 
 /// The system's words for one of its codes.
-[[nodiscard]] inline std::string DescribeCode(int code) { return std::system_category().message(code); }
+[[nodiscard]] inline std::string DescribeCode(int code) {
+  return std::system_category().message(code);
+}
 
 /// A failed system call as the system's exception: errno's number, who called, what it was about ("" for
 /// nothing more to say) and the system's words.
-[[nodiscard]] inline Error SystemError(const std::string& szSource, const std::string& szAbout, int code = errno) {
+[[nodiscard]] inline Error SystemError(const std::string& szSource, const std::string& szAbout,
+                                       int code = errno) {
   return {code, szSource, (szAbout.empty() ? "" : szAbout + ": ") + DescribeCode(code)};
 }
 

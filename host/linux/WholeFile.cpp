@@ -59,7 +59,7 @@ int WriteAll(int fd, std::string_view szText) {
 
 /// Where a link leads; the path itself where it is none or leads nowhere.
 std::string BehindLink(const std::string& szPath) {
-  struct stat state{};
+  struct stat state {};
   if (lstat(szPath.c_str(), &state) != 0 || !S_ISLNK(state.st_mode)) return szPath;
   char* const szTarget = realpath(szPath.c_str(), nullptr);
   if (szTarget == nullptr) return szPath;
@@ -79,8 +79,8 @@ Descriptor NewFileBeside(const std::string& szPath, mode_t mode, std::string& sz
   static unsigned counter = 0;
   const size_t name = szPath.rfind('/') == std::string::npos ? 0 : szPath.rfind('/') + 1;
   // Cut short of a file system's longest name.
-  const std::string szStem = szPath.substr(0, name) + "." + szPath.substr(name, 200) + ".new-" +
-                             std::to_string(getpid()) + "-";
+  const std::string szStem =
+      szPath.substr(0, name) + "." + szPath.substr(name, 200) + ".new-" + std::to_string(getpid()) + "-";
   while (true) {
     szNew = szStem + std::to_string(++counter);
     Descriptor file(open(szNew.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
@@ -89,7 +89,7 @@ Descriptor NewFileBeside(const std::string& szPath, mode_t mode, std::string& sz
 }
 
 int KeepOwnerAndPermissions(int fd, const struct stat& old) {
-  struct stat now{};
+  struct stat now {};
   if (fstat(fd, &now) != 0) return errno;
   // Another user's file can be given back only by root; its permissions hold all the same.
   if (now.st_uid != old.st_uid || now.st_gid != old.st_gid)
@@ -103,18 +103,19 @@ void FlushFolder(const std::string& szFolder) {
   if (folder.Open()) fsync(folder.Get());
 }
 
-int Replace(const std::string& szPath, std::string_view szText, mode_t mode, const struct stat* old) {
+int Replace(const std::string& szPath, std::string_view szText, mode_t mode, Flush flush,
+            const struct stat* old) {
   std::string szNew;
   // What was private stays so while it is written.
   Descriptor file = NewFileBeside(szPath, old == nullptr ? mode : 0600, szNew);
   if (!file.Open()) return errno;
   int code = WriteAll(file.Get(), szText);
   if (code == 0 && old != nullptr) code = KeepOwnerAndPermissions(file.Get(), *old);
-  if (code == 0 && fsync(file.Get()) != 0) code = errno;
+  if (code == 0 && flush == Flush::Yes && fsync(file.Get()) != 0) code = errno;
   if (code == 0 && rename(szNew.c_str(), szPath.c_str()) != 0) code = errno;
   if (code != 0)
     unlink(szNew.c_str());
-  else
+  else if (flush == Flush::Yes)
     FlushFolder(FolderOf(szPath));
   return code;
 }
@@ -125,22 +126,22 @@ int ReadWholeFile(const std::string& szHostPath, std::string& szContents) {
   // Opening a pipe that nobody writes to would wait.
   const Descriptor file(open(szHostPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file.Open()) return errno;
-  struct stat state{};
+  struct stat state {};
   if (fstat(file.Get(), &state) != 0) return errno;
   if (S_ISDIR(state.st_mode)) return EISDIR;
   if (!S_ISREG(state.st_mode)) fcntl(file.Get(), F_SETFL, fcntl(file.Get(), F_GETFL) & ~O_NONBLOCK);
   return ReadSized(file.Get(), static_cast<size_t>(state.st_size), szContents);
 }
 
-int WriteWholeFile(const std::string& szHostPath, std::string_view szText, mode_t mode) {
-  struct stat old{};
+int WriteWholeFile(const std::string& szHostPath, std::string_view szText, mode_t mode, Flush flush) {
+  struct stat old {};
   const bool boolExists = stat(szHostPath.c_str(), &old) == 0;
   if (boolExists && S_ISDIR(old.st_mode)) return EISDIR;
   if (boolExists && !S_ISREG(old.st_mode)) {
     const Descriptor device(open(szHostPath.c_str(), O_WRONLY | O_CLOEXEC));
     return device.Open() ? WriteAll(device.Get(), szText) : errno;
   }
-  return Replace(BehindLink(szHostPath), szText, mode, boolExists ? &old : nullptr);
+  return Replace(BehindLink(szHostPath), szText, mode, flush, boolExists ? &old : nullptr);
 }
 
 }  // namespace vex

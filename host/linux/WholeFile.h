@@ -14,7 +14,10 @@ namespace vex {
 
 /// Writes a new file beside the old one, flushes it and renames it over the old: whoever reads sees the old
 /// text or the new one. A link stays a link, the old file's owner and permissions are kept; a new file gets
-/// `mode` less the process's mask. Pipes and devices are written straight.
-[[nodiscard]] int WriteWholeFile(const std::string& szHostPath, std::string_view szText, mode_t mode);
+/// `mode` less the process's mask. Pipes and devices are written straight. Without the flush nothing waits
+/// for the disk, and a power cut may take the new text.
+enum class Flush { No, Yes };
+[[nodiscard]] int WriteWholeFile(const std::string& szHostPath, std::string_view szText, mode_t mode,
+                                 Flush flush = Flush::Yes);
 
 }  // namespace vex

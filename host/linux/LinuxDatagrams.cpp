@@ -1,0 +1,110 @@
+#include "host/linux/LinuxDatagrams.h"
+
+#include <arpa/inet.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <array>
+
+#include "host/CodePage.h"
+#include "host/linux/Descriptor.h"
+#include "host/linux/SystemError.h"
+
+namespace vex {
+namespace {
+
+constexpr char Source[] = "Datagrams.NewSender";
+constexpr int WantedSendBuffer = 1 << 20;
+constexpr size_t BatchSize = 64;
+
+class LinuxDatagramSocket : public DatagramSocket {
+ public:
+  explicit LinuxDatagramSocket(Descriptor socket) : m_Socket(std::move(socket)) {}
+
+  int32_t Send(std::span<const Datagram> datagrams) override {
+    int32_t lFirst = 0;
+    while (!datagrams.empty()) {
+      const auto batch = datagrams.first(std::min(datagrams.size(), BatchSize));
+      const int32_t lCode = SendBatch(batch);
+      if (lFirst == 0) lFirst = lCode;
+      datagrams = datagrams.subspan(batch.size());
+    }
+    return lFirst;
+  }
+
+ private:
+  int32_t SendBatch(std::span<const Datagram> batch) {
+    for (size_t i = 0; i < batch.size(); ++i) Describe(batch[i], i);
+    int32_t lFirst = 0;
+    for (size_t sent = 0; sent < batch.size();) {
+      const int count = sendmmsg(m_Socket.Get(), m_Messages.data() + sent,
+                                 static_cast<unsigned>(batch.size() - sent), MSG_DONTWAIT | MSG_NOSIGNAL);
+      if (count > 0) {
+        sent += static_cast<size_t>(count);
+      } else if (errno != EINTR) {
+        // The call stops before a datagram that fails; the ones behind it may have another way out.
+        if (lFirst == 0) lFirst = errno;
+        ++sent;
+      }
+    }
+    return lFirst;
+  }
+
+  void Describe(const Datagram& datagram, size_t i) {
+    m_Addresses[i] = {};
+    m_Addresses[i].sin_family = AF_INET;
+    m_Addresses[i].sin_port = htons(datagram.To.Port);
+    m_Addresses[i].sin_addr.s_addr = htonl(datagram.To.Address);
+    // The kernel only reads what it sends.
+    m_Parts[i] = {const_cast<uint8_t*>(datagram.Bytes.data()), datagram.Bytes.size()};
+    m_Messages[i] = {};
+    m_Messages[i].msg_hdr.msg_name = &m_Addresses[i];
+    m_Messages[i].msg_hdr.msg_namelen = sizeof m_Addresses[i];
+    m_Messages[i].msg_hdr.msg_iov = &m_Parts[i];
+    m_Messages[i].msg_hdr.msg_iovlen = 1;
+  }
+
+  Descriptor m_Socket;
+  std::array<sockaddr_in, BatchSize> m_Addresses{};
+  std::array<iovec, BatchSize> m_Parts{};
+  std::array<mmsghdr, BatchSize> m_Messages{};
+};
+
+}  // namespace
+
+std::unique_ptr<DatagramSocket> LinuxDatagrams::NewSender(uint32_t multicastInterface) {
+  Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+  if (!socket.Open()) throw SystemError(Source, "socket");
+  const int one = 1;
+  if (setsockopt(socket.Get(), SOL_SOCKET, SO_BROADCAST, &one, sizeof one) != 0 ||
+      setsockopt(socket.Get(), IPPROTO_IP, IP_MULTICAST_TTL, &one, sizeof one) != 0)
+    throw SystemError(Source, "");
+  // As much as is granted: a burst of frames must fit.
+  setsockopt(socket.Get(), SOL_SOCKET, SO_SNDBUF, &WantedSendBuffer, sizeof WantedSendBuffer);
+  if (multicastInterface != 0) {
+    const in_addr interface { htonl(multicastInterface) };
+    if (setsockopt(socket.Get(), IPPROTO_IP, IP_MULTICAST_IF, &interface, sizeof interface) != 0)
+      throw SystemError(Source, inet_ntoa(interface));
+  }
+  return std::make_unique<LinuxDatagramSocket>(std::move(socket));
+}
+
+bool LinuxDatagrams::Resolve(const std::string& szHost, uint32_t& address) {
+  if (szHost.empty() || szHost.find('\0') != std::string::npos) return false;
+  addrinfo wanted{};
+  wanted.ai_family = AF_INET;
+  wanted.ai_socktype = SOCK_DGRAM;
+  addrinfo* found = nullptr;
+  if (getaddrinfo(AnsiToUtf8(szHost).c_str(), nullptr, &wanted, &found) != 0) return false;
+  address = ntohl(reinterpret_cast<const sockaddr_in*>(found->ai_addr)->sin_addr.s_addr);
+  freeaddrinfo(found);
+  return true;
+}
+
+std::string LinuxDatagrams::Describe(int32_t lCode) const {
+  return DescribeCode(lCode);
+}
+
+}  // namespace vex

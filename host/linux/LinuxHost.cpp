@@ -1,0 +1,16 @@
+#include "host/linux/LinuxHost.h"
+
+namespace vex {
+
+LinuxHost::LinuxHost(RuntimeFolder folder, std::string szSettings)
+    : m_SingleInstance(folder, [this] { m_Windows.BecomePlayer(); }),
+      m_Windows(m_EventLoop, folder),
+      m_Registry(std::move(szSettings)),
+      m_Processes(m_EventLoop),
+      m_PlayerFinder(folder, m_Files) {}
+
+std::unique_ptr<Host> NativeHost() {
+  return std::make_unique<LinuxHost>(RuntimeFolder::FromEnvironment(), LinuxRegistry::PathFromEnvironment());
+}
+
+}  // namespace vex
