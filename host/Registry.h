@@ -30,8 +30,8 @@ class Registry {
   virtual int32_t OpenKey(RegistryRoot root, const std::string& szSubkey, uint32_t access,
                           RegistryKey& key) = 0;
   virtual int32_t CreateKey(RegistryRoot root, const std::string& szSubkey, RegistryKey& key) = 0;
-  /// Asks a value's kind and size when data is null; else fills data, whose size must suffice, or
-  /// RegistryMoreData comes back.
+  /// Asks a value's kind and size when data is null; else fills the front of data, whose size must suffice,
+  /// or RegistryMoreData comes back. size becomes the value's size either way.
   virtual int32_t QueryValue(RegistryKey key, const std::string& szName, RegistryKind& kind,
                              std::vector<uint8_t>* data, uint32_t& size) = 0;
   virtual int32_t SetValue(RegistryKey key, const std::string& szName, RegistryKind kind,

@@ -230,11 +230,8 @@ size_t RegistryText::ReadValue(std::string_view szContent, size_t line) {
     return lines;
   }
   const std::string szFolded = FoldCase(value.Name);
-  const bool boolUnderstood = ReadData(szContent, line, value);
-  auto& values = m_Keys[m_Current].Values;
-  if (boolUnderstood) values[szFolded] = value;
-  // What is not understood must not take the place of a value that holds.
-  if (boolUnderstood || !values.contains(szFolded)) section.Values[szFolded] = {line, lines};
+  section.Values[szFolded] = {line, lines};
+  if (ReadData(szContent, line, value)) m_Keys[m_Current].Values[szFolded] = value;
   return lines;
 }
 

@@ -63,13 +63,13 @@ class RegistryText {
 
  private:
   enum class Encoding { Utf8, Utf8WithMark, Utf16, SingleByte };
-  /// Where a value stands, understood or not, and where the next one of its key may be put.
+  /// Where a value stands for the last time, understood or not.
   struct Place {
     size_t First = 0;
     size_t Count = 0;
   };
   struct Section {
-    size_t Insert = 0;
+    size_t Insert = 0;  // where the next value may be put
     std::map<std::string, Place> Values;
   };
 

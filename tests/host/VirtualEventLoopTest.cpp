@@ -186,6 +186,22 @@ TEST_F(VirtualEventLoopTest, HeldUpTicksRunOnceAndTheGridStays) {
   EXPECT_EQ(Moments, (Times{54, 89, 94, 104}));
 }
 
+TEST_F(VirtualEventLoopTest, TickThatStartsItselfAnewAndIsHeldUpDoesNotRunInsideItself) {
+  int32_t lDepth = 0;
+  std::unique_ptr<Timer> timer;
+  timer = NewTimer(10, [&] {
+    EXPECT_EQ(++lDepth, 1);
+    Note()();
+    timer->Enabled(false);
+    timer->Enabled(true);
+    if (Moments.size() == 1) Loop.Advance(25);
+    --lDepth;
+  });
+  timer->Enabled(true);
+  Loop.AdvanceTo(milliseconds(50));
+  EXPECT_EQ(Moments, (Times{10, 35, 45}));
+}
+
 TEST_F(VirtualEventLoopTest, RunEndsWhenNothingIsLeft) {
   std::unique_ptr<Timer> timer;
   timer = NewTimer(4000, [&] {
