@@ -17,6 +17,10 @@ void DebugTraceTo(std::function<void(const std::string&)> sink) {
   Sink() = std::move(sink);
 }
 
+bool DebugTraced() {
+  return static_cast<bool>(Sink());
+}
+
 void DebugTrace(const std::string& szLine) {
   if (Sink()) Sink()(szLine);
 }

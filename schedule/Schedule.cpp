@@ -199,14 +199,15 @@ int32_t Schedule::CheckAddSlide(const WeekTime::Reference& startTime, const Week
                   NewWeekTime((lNewDay + lDays) % WeekDays, end.Hour(), end.Minute(), end.Second()));
 }
 
-bool Schedule::Save(Files& files, const std::string& szFilename) {
-  if (!files.Write(szFilename, ScheduleToText(*this) + "\r\n")) return false;
+bool Schedule::Save(Files& files, const std::string& szFilename, std::string* szReason) {
+  if (!files.Write(szFilename, ScheduleToText(*this) + "\r\n", szReason)) return false;
   DebugDump();
   m_Modified = false;
   return true;
 }
 
 void Schedule::DebugDump() const {
+  if (!DebugTraced()) return;
   DebugTrace("BEGIN SCHEDULE DUMP");
   for (const ShowNode* node = FirstNode(); node; node = node->NextNode()) {
     const ShowEvent& event = *node->Obj();

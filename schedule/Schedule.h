@@ -25,6 +25,8 @@ class Schedule {
   using EventReference = std::shared_ptr<ShowEvent>;
 
   Schedule();
+  Schedule(const Schedule&) = delete;
+  Schedule& operator=(const Schedule&) = delete;
 
   [[nodiscard]] ShowNode* FirstNode() const { return m_Events->FirstNode(); }
   [[nodiscard]] ShowNode* LastNode() const { return m_Events->LastNode(); }
@@ -43,7 +45,8 @@ class Schedule {
 
   /// Carves a show out of null time. Errors, with source "Schedule.AddShowEvent": 1, 2 and 3 "Can't add
   /// event -- event conflict" (its start lies in a show; its end lies outside; there is no null time), 3
-  /// "Internal error" (its end comes before its start). Nothing is changed but, after error 1, Modified.
+  /// "Internal error" (its end comes before its start). The chain is left as it was; Modified is set by 2
+  /// and 3 all the same.
   void AddShowEvent(const EventReference& event);
   /// The same errors with source "Schedule.AddShowEventByFile".
   void AddShowEventByFile(const std::string& szFilename, WeekTime::Reference startTime,
@@ -60,8 +63,9 @@ class Schedule {
   [[nodiscard]] int32_t CheckAddSlide(const WeekTime::Reference& startTime,
                                       const WeekTime::Reference& endTime, int32_t lNewDay) const;
 
-  /// Writes the schedule's text and a line end; false, with Modified as it was, when that fails.
-  bool Save(Files& files, const std::string& szFilename);
+  /// Writes the schedule's text and a line end; false, with Modified as it was and the reason in szReason
+  /// where given, when that fails.
+  bool Save(Files& files, const std::string& szFilename, std::string* szReason = nullptr);
   /// Traces every event.
   void DebugDump() const;
 

@@ -135,8 +135,8 @@ std::shared_ptr<ShowEvent> YearSchedule::FirstShowWithinRange(const TimeRange& t
   return best;
 }
 
-bool YearSchedule::Save(Files& files, const std::string& szFilename) {
-  if (!files.Write(szFilename, YearScheduleToText(*this) + "\r\n")) return false;
+bool YearSchedule::Save(Files& files, const std::string& szFilename, std::string* szReason) {
+  if (!files.Write(szFilename, YearScheduleToText(*this) + "\r\n", szReason)) return false;
   m_Modified = false;
   return true;
 }

@@ -20,6 +20,10 @@ class YearSchedule {
  public:
   using ScheduleReference = std::shared_ptr<Schedule>;
 
+  YearSchedule() = default;
+  YearSchedule(const YearSchedule&) = delete;
+  YearSchedule& operator=(const YearSchedule&) = delete;
+
   /// "yyyy-mm-dd".
   [[nodiscard]] static std::string DateToString(DateTime dtNewVal);
   /// Raises number 37, "Unexpected date string format: " and the text, unless there are three parts;
@@ -48,8 +52,8 @@ class YearSchedule {
   [[nodiscard]] std::shared_ptr<ShowEvent> FirstShowWithinRange(const TimeRange& trRange,
                                                                 DateTime& dtFirstShowStartTime) const;
 
-  /// Writes the year's text and a line end; false, with Modified as it was, when that fails.
-  bool Save(Files& files, const std::string& szFilename);
+  /// Writes the year's text and a line end; on failure as Schedule::Save.
+  bool Save(Files& files, const std::string& szFilename, std::string* szReason = nullptr);
 
  private:
   struct Day {
