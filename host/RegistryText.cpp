@@ -312,7 +312,8 @@ const RegistryTextValue* RegistryText::Find(std::string_view szSubkey, std::stri
 }
 
 void RegistryText::EndLastLine(size_t count) {
-  if (count > 0 && !m_Lines[count - 1].ends_with('\n')) m_Lines[count - 1] += m_LineEnd;
+  if (count == 0 || m_Lines[count - 1].ends_with('\n')) return;
+  m_Lines[count - 1] += m_Lines[count - 1].ends_with('\r') ? "\n" : m_LineEnd;
 }
 
 void RegistryText::AddKey(const std::string& szSubkey) {

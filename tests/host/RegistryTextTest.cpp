@@ -172,6 +172,14 @@ TEST(RegistryText, SettingAValueOfAMissingKeyAddsTheKeyAtTheEnd) {
   EXPECT_TRUE(text.Bytes().ends_with("\r\n\r\n[HKEY_CURRENT_USER]\r\n"));
 }
 
+TEST(RegistryText, LastLineWithHalfALineEndKeepsItsValue) {
+  RegistryText text("REGEDIT4\r\n[HKEY_CURRENT_USER\\Software\\Brillara]\r\n\"A\"=\"x\"\r");
+  EXPECT_EQ(TextOf(text, "A"), "x");
+  text.SetLong(Key, "B", 1);
+  EXPECT_TRUE(text.Errors().empty());
+  EXPECT_EQ(TextOf(text, "A"), "x");
+}
+
 TEST(RegistryText, NewTextIsVersion5) {
   RegistryText text;
   text.SetLong(Key, "PostInstallVer", 5);
