@@ -110,11 +110,13 @@ void SequenceCursor::Prefetch() {
   }
 }
 
+// At no time of the sequence: how far the music was when it was last looked at must not be seen.
 bool SequenceCursor::NextLightsOff(LightingEvent& event) {
   for (; m_OffFrame < m_SetUsed.size(); ++m_OffFrame) {
     if (m_SetUsed[m_OffFrame] == 0) continue;
     FillFrame(event, m_OffFrame);
     event.StartLevel = event.EndLevel = 0;
+    event.StartTime = event.EndTime = 0;
     m_Set[m_OffFrame] = 0;
     ++m_OffFrame;
     return true;
@@ -124,7 +126,6 @@ bool SequenceCursor::NextLightsOff(LightingEvent& event) {
     if (m_CircuitUsed[m_OffCircuit] == 0 || FramesUse(circuit)) continue;
     event = {};
     Address(event, circuit);
-    event.StartTime = event.EndTime = Milliseconds(std::max(m_Reached, nanoseconds(0)));
     ++m_OffCircuit;
     return true;
   }

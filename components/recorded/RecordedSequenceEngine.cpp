@@ -99,4 +99,16 @@ bool RecordedSequenceEngine::GetEvent(LightingEvent& event) {
   return m_Engine->GetEvent(event);
 }
 
+NextDue RecordedSequenceEngine::NextEventDue() {
+  return FailureWaits() ? NextDue::EveryTick() : m_Engine->NextEventDue();
+}
+
+NextDue RecordedSequenceEngine::NextStateChange() {
+  return FailureWaits() ? NextDue::EveryTick() : m_Engine->NextStateChange();
+}
+
+bool RecordedSequenceEngine::FailureWaits() const {
+  return m_Recording.Faults && m_Recording.Faults->Wait(m_Filename);
+}
+
 }  // namespace vex

@@ -42,11 +42,12 @@ class RecordedSequenceEngine final : public SequenceEngine {
   void InitMusicSync(int32_t lMilliseconds) override;
   void SyncToMusic(int32_t lMilliseconds) override;
   [[nodiscard]] bool GetEvent(LightingEvent& event) override;
-  [[nodiscard]] NextDue NextEventDue() override { return m_Engine->NextEventDue(); }
-  [[nodiscard]] NextDue NextStateChange() override { return m_Engine->NextStateChange(); }
+  [[nodiscard]] NextDue NextEventDue() override;
+  [[nodiscard]] NextDue NextStateChange() override;
   [[nodiscard]] std::optional<int32_t> Length() override { return m_Engine->Length(); }
 
  private:
+  [[nodiscard]] bool FailureWaits() const;
   void Note(std::string_view szCall);
   void Check(std::string_view szCall);
 

@@ -8,6 +8,12 @@ namespace vex {
 
 void SequenceFaults::Inject(const std::string& szFile, const std::string& szCall, const std::string& szText) {
   m_Faults.push_back({szFile, szCall, szText});
+  if (Injected) Injected();
+}
+
+bool SequenceFaults::Wait(const std::string& szFile) const {
+  return std::any_of(m_Faults.begin(), m_Faults.end(),
+                     [&](const Fault& fault) { return fault.File == szFile; });
 }
 
 void SequenceFaults::Check(const std::string& szFile, std::string_view szCall) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,12 @@ class SequenceFaults {
   void Inject(const std::string& szFile, const std::string& szCall, const std::string& szText);
   /// Raises the first failure that waits for this call, if any.
   void Check(const std::string& szFile, std::string_view szCall);
+  /// True while any failure waits for that sequence: it must then be looked at every millisecond, for the
+  /// failure strikes at the next call.
+  [[nodiscard]] bool Wait(const std::string& szFile) const;
+
+  /// Called after each Inject, so that what sleeps until something is due looks again.
+  std::function<void()> Injected;
 
  private:
   struct Fault {
