@@ -1,0 +1,105 @@
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "basic/Error.h"
+#include "host/Host.h"
+#include "settings/LibRegistry.h"
+#include "settings/LibRegistryVex.h"
+
+// The post-installation program: notes in the settings where the programs lie and that this has been done,
+// and sees to it that there is a folder for the user's schedules. Whatever else the settings hold stays as
+// it is, and a second run finds nothing to change.
+
+namespace vex {
+namespace {
+
+constexpr int32_t RecordVersion = 5;
+
+/// Writes values of the product key, each only where it says something else.
+class ProductSettings {
+ public:
+  explicit ProductSettings(Registry& registry)
+      : m_Registry(registry),
+        m_Key(OpenKey(registry, RegistryRoot::CurrentUser, ProductKeyPath(""), KEY_WRITE_ACCESS)) {}
+  ~ProductSettings() { m_Registry.CloseKey(m_Key); }
+  ProductSettings(const ProductSettings&) = delete;
+  ProductSettings& operator=(const ProductSettings&) = delete;
+
+  void Text(const std::string& szName, const std::string& szText) {
+    if (GetProductString(m_Registry, szName, "", "") == szText) return;
+    std::vector<uint8_t> data(szText.begin(), szText.end());
+    data.push_back(0);
+    Set(szName, RegistryKind::String, data);
+  }
+
+  void Long(const std::string& szName, int32_t lValue) {
+    if (GetProductLong(m_Registry, szName, "", ~lValue) == lValue) return;
+    const auto value = static_cast<uint32_t>(lValue);
+    std::vector<uint8_t> data;
+    for (uint32_t shift = 0; shift < 32; shift += 8) data.push_back(static_cast<uint8_t>(value >> shift));
+    Set(szName, RegistryKind::DWord, data);
+  }
+
+ private:
+  void Set(const std::string& szName, RegistryKind kind, const std::vector<uint8_t>& data) {
+    const int32_t lCode = m_Registry.SetValue(m_Key, szName, kind, data);
+    if (lCode != RegistrySuccess) throw Error(lCode, "VexPostInstall", "cannot write the setting " + szName);
+  }
+
+  Registry& m_Registry;
+  RegistryKey m_Key;
+};
+
+/// $XDG_DATA_HOME/vexmonitor, else ~/.local/share/vexmonitor.
+std::string DefaultUserDataFolder(Files& files) {
+  const char* const dataHome = std::getenv("XDG_DATA_HOME");
+  if (dataHome && *dataHome) return files.SystemPath(std::string(dataHome) + "/vexmonitor");
+  const char* const home = std::getenv("HOME");
+  if (!home || !*home) {
+    throw Error(ErrorFileNotFound, "VexPostInstall",
+                "neither XDG_DATA_HOME nor HOME says where user data belong");
+  }
+  return files.SystemPath(std::string(home) + "/.local/share/vexmonitor");
+}
+
+void Install(Host& host) {
+  Registry& registry = host.Registry();
+  Files& files = host.Files();
+  host.DriveTable(
+      [&registry](char letter) { return GetProductString(registry, std::string(1, letter), "Drives", ""); });
+  std::string szUserData = GetProductString(registry, "UserDataPath", "", "");
+  if (szUserData.empty()) szUserData = DefaultUserDataFolder(files) + "\\";
+  if (!files.MakeFolder(szUserData)) {
+    throw Error(ErrorFileNotFound, "VexPostInstall", "cannot make the user data folder " + szUserData);
+  }
+  ProductSettings settings(registry);
+  settings.Text("UserDataPath", szUserData);
+  settings.Text("AppPath", files.ProgramFolder() + "\\");
+  settings.Long("PostInstall", 1);
+  settings.Long("PostInstallVer", RecordVersion);
+}
+
+}  // namespace
+}  // namespace vex
+
+int main(int argc, char** argv) {
+  if (argc > 1) {
+    const bool boolHelp = std::string(argv[1]) == "--help";
+    (boolHelp ? std::cout : std::cerr)
+        << "usage: VexPostInstall\n"
+           "Notes in the settings where VexMonitor is installed and makes the user data folder.\n"
+           "The settings file is VEX_SETTINGS, else $XDG_CONFIG_HOME/vexmonitor/settings.reg.\n";
+    return boolHelp ? 0 : 2;
+  }
+  try {
+    const auto host = vex::NativeHost();
+    vex::Install(*host);
+    return 0;
+  } catch (const std::exception& error) {
+    std::cerr << "VexPostInstall: " << error.what() << "\n";
+    return 1;
+  }
+}

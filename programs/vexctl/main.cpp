@@ -1,0 +1,57 @@
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <string>
+
+#include "basic/Error.h"
+#include "host/Host.h"
+#include "programs/vexctl/Command.h"
+#include "programs/vexctl/ControlCommands.h"
+
+namespace {
+
+constexpr const char* Description =
+    "Control a running VexMonitor, the unattended show player.\n\n"
+    "Examples:\n"
+    "  vexctl status              what plays and what is next\n"
+    "  vexctl --json status       the same for a script\n"
+    "  vexctl watch               status lines as they come; Ctrl-C ends it\n"
+    "  vexctl reload              after a schedule file has been changed\n"
+    "  vexctl shutdown            end after the show's shutdown sequences\n\n"
+    "The player is found in VEX_RUNTIME_DIR (default $XDG_RUNTIME_DIR/vexmonitor, else "
+    "/tmp/vexmonitor-UID).\n"
+    "Exit status: 0 done, 1 cannot be done, 2 wrong usage.";
+
+int Run(int argc, char** argv) {
+  const auto host = vex::NativeHost();
+  vex::CommandContext context{*host};
+  CLI::App app(Description, "vexctl");
+  app.add_flag("--json", context.Json, "answer in JSON; stands before the command");
+  app.require_subcommand(1);
+  app.failure_message([](const CLI::App*, const CLI::Error& error) {
+    return std::string("vexctl: ") + error.what() + "; see vexctl --help\n";
+  });
+  vex::AddStatusCommand(app, context);
+  vex::AddWatchCommand(app, context);
+  vex::AddControlCommands(app, context);
+  try {
+    app.parse(argc, argv);
+    return vex::ExitDone;
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? vex::ExitDone : vex::ExitUsage;
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Run(argc, argv);
+  } catch (const vex::CommandFailure& failure) {
+    std::cerr << "vexctl: " << failure.what() << "\n";
+    return failure.Status;
+  } catch (const std::exception& error) {
+    std::cerr << "vexctl: " << error.what() << "\n";
+    return vex::ExitCannot;
+  }
+}
