@@ -21,19 +21,19 @@ struct Civil {
   int32_t Day;
 };
 
-int64_t FloorDivide(int64_t a, int64_t b) {
+constexpr int64_t FloorDivide(int64_t a, int64_t b) {
   return a / b - (a % b < 0 ? 1 : 0);
 }
 
 /// Days from 1 March of year 0 in the proleptic Gregorian calendar; a year then ends with its leap day.
-int64_t DaysFromMarch(const Civil& date) {
+constexpr int64_t DaysFromMarch(const Civil& date) {
   const int64_t year = date.Month > 2 ? date.Year : date.Year - 1;
   const int64_t month = date.Month > 2 ? date.Month - 3 : date.Month + 9;
   return year * 365 + FloorDivide(year, 4) - FloorDivide(year, 100) + FloorDivide(year, 400) +
          (month * 153 + 2) / 5 + date.Day - 1;
 }
 
-const int64_t ZeroDay = DaysFromMarch({1899, 12, 30});
+constexpr int64_t ZeroDay = DaysFromMarch({1899, 12, 30});
 
 Civil CivilFromDays(int64_t daysFromMarch) {
   constexpr int64_t daysPerEra = 146097;  // 400 years

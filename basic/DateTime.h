@@ -50,7 +50,7 @@ class DateTime {
 /// "yyyy-mm-dd".
 [[nodiscard]] std::string FormatDate(DateTime dtTime);
 /// Reads "yyyy-mm-dd hh:mm:ss", also without the seconds or without the time, blanks around it allowed;
-/// one-digit months, days and hours are accepted. Raises ErrorTypeMismatch for anything else.
+/// only the year needs all its digits. Raises ErrorTypeMismatch for anything else.
 [[nodiscard]] DateTime ParseDateTime(std::string_view szText);
 
 }  // namespace vex

@@ -1,5 +1,6 @@
 #include "basic/Number.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -32,11 +33,11 @@ bool IsDigit(char character) {
   return character >= '0' && character <= '9';
 }
 
-/// A decimal number at the front of a text: how many characters it takes (0 for none), and its value.
+/// A decimal number at the front of a text: how many characters it takes (0 for none), and its value,
+/// infinite where it is beyond a double's range.
 struct Leading {
   size_t Length = 0;
   double Value = 0;
-  bool Overflows = false;
 };
 
 size_t DigitsFrom(std::string_view szText, size_t from) {
@@ -57,6 +58,26 @@ size_t MantissaEnd(std::string_view szText, size_t from) {
   return digits == 0 ? from : end;
 }
 
+/// Of a number that no double holds: whether it is too great; else it is too near to 0. Both lie hundreds
+/// of places away from the point, so the place of the first digit and the exponent tell.
+bool IsGreat(std::string_view szNumber) {
+  const size_t exponentAt = szNumber.find_first_of("eE");
+  const std::string_view szMantissa = szNumber.substr(0, exponentAt);
+  const auto point = static_cast<int64_t>(std::min(szMantissa.find('.'), szMantissa.size()));
+  const auto firstDigit = static_cast<int64_t>(szMantissa.find_first_not_of("0."));
+  int64_t exponent = 0;
+  if (exponentAt != std::string_view::npos) {
+    std::string_view szExponent = szNumber.substr(exponentAt + 1);
+    const bool boolNegative = szExponent.front() == '-';
+    if (boolNegative || szExponent.front() == '+') szExponent.remove_prefix(1);
+    constexpr int64_t farAway = std::numeric_limits<int64_t>::max() / 2;
+    const auto result = std::from_chars(szExponent.data(), szExponent.data() + szExponent.size(), exponent);
+    if (result.ec != std::errc() || exponent > farAway) exponent = farAway;
+    if (boolNegative) exponent = -exponent;
+  }
+  return point - firstDigit + exponent > 0;
+}
+
 Leading ReadLeading(std::string_view szText) {
   size_t from = 0;
   const bool boolSign = !szText.empty() && (szText[0] == '-' || szText[0] == '+');
@@ -69,18 +90,12 @@ Leading ReadLeading(std::string_view szText) {
     const size_t exponentEnd = DigitsFrom(szText, exponent);
     if (exponentEnd > exponent) end = exponentEnd;
   }
-  Leading leading;
-  leading.Length = end;
-  const auto result = std::from_chars(szText.data() + from, szText.data() + end, leading.Value);
-  // The library tells too great and too small apart by nothing; too small is 0.
+  double value = 0;
+  const auto result = std::from_chars(szText.data() + from, szText.data() + end, value);
   if (result.ec == std::errc::result_out_of_range) {
-    const std::string_view szMantissa = szText.substr(from, end - from);
-    leading.Overflows =
-        szMantissa.find("e-") == std::string_view::npos && szMantissa.find("E-") == std::string_view::npos;
-    leading.Value = 0;
+    value = IsGreat(szText.substr(from, end - from)) ? std::numeric_limits<double>::infinity() : 0;
   }
-  if (boolSign && szText[0] == '-') leading.Value = -leading.Value;
-  return leading;
+  return {end, szText.front() == '-' ? -value : value};
 }
 
 }  // namespace
@@ -113,7 +128,7 @@ double ParseNumber(std::string_view szText) {
   while (!szText.empty() && IsBlank(szText.back())) szText.remove_suffix(1);
   const Leading leading = ReadLeading(szText);
   if (leading.Length == 0 || leading.Length != szText.size()) throw PlatformError(ErrorTypeMismatch);
-  if (leading.Overflows) throw PlatformError(ErrorOverflow);
+  if (std::isinf(leading.Value)) throw PlatformError(ErrorOverflow);
   return leading.Value;
 }
 

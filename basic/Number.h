@@ -22,7 +22,8 @@ namespace vex {
 /// The whole text as a decimal number: blanks around it, a sign, fractions and an exponent are allowed;
 /// ErrorTypeMismatch for anything else (an empty text too), ErrorOverflow beyond a double's range.
 [[nodiscard]] double ParseNumber(std::string_view szText);
-/// The number that the text begins with (leading blanks skipped), 0 when there is none; never fails.
+/// The number that the text begins with (leading blanks skipped), 0 when there is none, infinite beyond a
+/// double's range; never fails.
 [[nodiscard]] double LeadingNumber(std::string_view szText);
 
 /// Decimal text, "-" before a negative value.

@@ -32,8 +32,9 @@ enum ShowField : int32_t {
 constexpr std::array<std::string_view, ShowFieldCount> DefaultFields = {"", "",  "", "", "", "(2,0,1,0,,)",
                                                                         "", "0", "", "F"};
 
-FieldViews SplitShow(std::string_view szText) {
-  FieldViews fields = SplitList(szText);
+TextArray<std::string_view> SplitShow(std::string_view szText) {
+  TextArray<std::string_view> fields;
+  for (const std::string_view szField : SplitList(szText)) fields.Append(szField);
   while (fields.Length() < ShowFieldCount) {
     fields.Append(DefaultFields[static_cast<size_t>(fields.Length())]);
   }
@@ -83,7 +84,7 @@ std::string ShowToText(const Show& show) {
 }
 
 std::shared_ptr<Show> ShowFromText(std::string_view szText) {
-  const FieldViews fields = SplitShow(szText);
+  const TextArray<std::string_view> fields = SplitShow(szText);
   const FieldViews groupFields = SplitList(fields.Element(FieldInteractiveGroups));
 
   // The list is sound and so is the list of groups. From here on nothing fails: each statement that goes

@@ -120,8 +120,7 @@ int32_t WeekTime::Minus(const Reference& otherTime) const {
   return (m_TimeVal - Required(otherTime).m_TimeVal + WeekSeconds) % WeekSeconds;
 }
 
-WeekTime::Reference WeekTime::MinusDuration(int32_t lDuration) const {
-  static_cast<void>(CheckedSubtract(m_TimeVal, lDuration));
+WeekTime::Reference WeekTime::MinusDuration(int32_t /*lDuration*/) const {
   throw PlatformError(ErrorObjectNotSet);
 }
 

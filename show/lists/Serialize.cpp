@@ -1,17 +1,36 @@
 #include "show/lists/Serialize.h"
 
+#include <algorithm>
+
 #include "basic/Number.h"
 
 namespace vex {
 
 namespace {
 
-struct Escape {
-  char Character;
-  char Code;
-};
+/// The letter that stands for a special character behind "*", or 0 for any other character.
+constexpr char CodeOf(char character) {
+  switch (character) {
+    case '*':
+      return 'E';
+    case '(':
+      return 'O';
+    case ')':
+      return 'C';
+    case ',':
+      return 'S';
+    default:
+      return 0;
+  }
+}
 
-constexpr Escape Escapes[] = {{'*', 'E'}, {'(', 'O'}, {')', 'C'}, {',', 'S'}};
+/// The special character that a letter behind "*" stands for, or 0 for any other letter.
+constexpr char CharacterOf(char code) {
+  for (const char character : {'*', '(', ')', ','}) {
+    if (CodeOf(character) == code) return character;
+  }
+  return 0;
+}
 
 }  // namespace
 
@@ -32,42 +51,41 @@ std::string ListToText(const FieldArray& fields) {
 }
 
 std::string EscapeText(std::string_view szText) {
+  const auto isSpecial = [](char character) { return CodeOf(character) != 0; };
+  auto from = szText.begin();
+  auto special = std::find_if(from, szText.end(), isSpecial);
+  if (special == szText.end()) return std::string(szText);
   std::string szEscaped;
-  szEscaped.reserve(szText.size());
-  for (const char character : szText) {
-    char code = 0;
-    for (const Escape& escape : Escapes) {
-      if (character == escape.Character) code = escape.Code;
-    }
-    if (code == 0) {
-      szEscaped += character;
-    } else {
-      szEscaped += '*';
-      szEscaped += code;
-    }
+  szEscaped.reserve(szText.size() + szText.size() / 8 + 8);
+  while (special != szText.end()) {
+    szEscaped.append(from, special);
+    szEscaped += '*';
+    szEscaped += CodeOf(*special);
+    from = special + 1;
+    special = std::find_if(from, szText.end(), isSpecial);
   }
-  return szEscaped;
+  return szEscaped.append(from, szText.end());
 }
 
-// A "*" that comes out of "*E" is never the start of another escape, so one walk gives what replacing one
-// escape after another over the whole text would, "*E" last.
+// A "*" that comes out of "*E" is never the start of another escape, and what comes out of the others is
+// part of none, so one walk gives what replacing one escape after another over the whole text would,
+// "*E" last.
 std::string UnescapeText(std::string_view szText) {
-  size_t from = szText.find('*');
-  if (from == std::string_view::npos) return std::string(szText);
-  std::string szPlain(szText.substr(0, from));
+  size_t star = szText.find('*');
+  if (star == std::string_view::npos) return std::string(szText);
+  std::string szPlain;
   szPlain.reserve(szText.size());
-  for (; from < szText.size(); ++from) {
-    char plain = szText[from];
-    if (plain == '*' && from + 1 < szText.size()) {
-      for (const Escape& escape : Escapes) {
-        if (szText[from + 1] == escape.Code) plain = escape.Character;
-      }
-      const bool boolEscape = plain != '*' || szText[from + 1] == 'E';
-      if (boolEscape) ++from;
+  size_t from = 0;
+  while (star != std::string_view::npos && star + 1 < szText.size()) {
+    const char character = CharacterOf(szText[star + 1]);
+    if (character != 0) {
+      szPlain.append(szText, from, star - from);
+      szPlain += character;
+      from = star + 2;
     }
-    szPlain += plain;
+    star = szText.find('*', std::max(star + 1, from));
   }
-  return szPlain;
+  return szPlain.append(szText, from);
 }
 
 std::string IntToText(int32_t lValue) {

@@ -3,10 +3,12 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "basic/DateTime.h"
 #include "basic/Error.h"
+#include "show/lists/FieldViews.h"
 
 namespace vex {
 
@@ -20,6 +22,8 @@ template <class Text>
 class TextArray {
  public:
   explicit TextArray(int32_t lLowerBound = 1) : m_LowerBound(lLowerBound) {}
+  TextArray(int32_t lLowerBound, std::vector<Text> elements)
+      : m_LowerBound(lLowerBound), m_Elements(std::move(elements)) {}
 
   [[nodiscard]] int32_t LowerBound() const { return m_LowerBound; }
   /// LowerBound - 1 when the array has no element.
@@ -31,10 +35,8 @@ class TextArray {
     return m_Elements[static_cast<size_t>(lIndex - m_LowerBound)];
   }
 
-  void Append(Text text) { m_Elements.push_back(std::move(text)); }
+  void Append(Text field) { m_Elements.push_back(std::move(field)); }
   void Clear() { m_Elements.clear(); }
-  /// Drops what stands behind the first lLength elements.
-  void Truncate(int32_t lLength) { m_Elements.resize(static_cast<size_t>(lLength)); }
   [[nodiscard]] auto begin() const { return m_Elements.begin(); }
   [[nodiscard]] auto end() const { return m_Elements.end(); }
 
@@ -44,8 +46,6 @@ class TextArray {
 };
 
 using FieldArray = TextArray<std::string>;
-/// Fields as views into the text that was split.
-using FieldViews = TextArray<std::string_view>;
 
 [[nodiscard]] std::string ListToText(const FieldArray& fields);
 
@@ -53,6 +53,7 @@ using FieldViews = TextArray<std::string_view>;
 /// Errors, all with source "Serialize.ListFromText": 1 "Badly formatted list, enclosing parens",
 /// 2 "Badly formatted list, missing closing paren" (no ")" ahead at depth 0), 3 "Badly formatted list,
 /// unexpected closing paren", 4 "Badly formatted list, missing closing paren" (an inner list never closes).
+/// A list of 4 GiB or more raises ErrorOverflow.
 [[nodiscard]] FieldArray ListFromText(std::string_view szText, int32_t lLowerBound = 1);
 /// The same without copying: the views live as long as the text.
 [[nodiscard]] FieldViews SplitList(std::string_view szText, int32_t lLowerBound = 1);
