@@ -1,0 +1,97 @@
+#!/usr/bin/env python3
+"""Makes the demonstration's files in a folder: sequences, songs, the show, its weekly schedule and settings.
+
+    demo/make_demo.py FOLDER [--seconds N]
+
+The show is in force from now on for N seconds (40 unless told). FOLDER/settings.reg is what VEX_SETTINGS is
+to point at, FOLDER/picture.json what the viewer draws.
+"""
+import argparse
+import datetime
+import json
+import pathlib
+import shutil
+
+from house import House
+from sequences import write_all
+from songs import SONGS
+
+WEEK = 7 * 24 * 3600
+CODE_PAGE = "cp1252"  # of show and schedule files
+
+
+def text_list(*fields):
+    return "(" + ",".join(fields) + ")"
+
+
+def playlist(animation, musical, kind, delay, clean_up, names, lights_off):
+    return text_list(str(animation), str(musical), str(kind), str(delay), clean_up, text_list(*names), lights_off,
+                     "F", "F")
+
+
+def show_text():
+    def named(*stems):
+        return [f"{stem}.vexseq" for stem in stems]
+
+    startup = playlist(0, 1, 2, 0, "", named("lights-up"), "F")
+    shutdown = playlist(0, 1, 2, 0, "", named("good-night", "last-star"), "T")
+    main = playlist(1, 0, 1, 0, "", named("candy-cane", "rainbow"), "F")
+    musical = playlist(0, 1, 2, 2, "snowfall.vexseq", named(*(song.title for song in SONGS)), "F")
+    background = playlist(2, 0, 1, 0, "", named("night"), "F")
+    return text_list(startup, shutdown, main, musical, "", background, "", "0", "", "F")
+
+
+def second_of_week(moment):
+    return (moment.isoweekday() % 7 * 24 + moment.hour) * 3600 + moment.minute * 60 + moment.second
+
+
+def schedule_text(start, end, show):
+    """A week with one show; one that runs over the week's end ends earlier in the week than it starts."""
+    return text_list(text_list(str(second_of_week(end) % WEEK), "2", text_list("", "0", show),
+                               str(second_of_week(start) % WEEK)))
+
+
+def settings_text(folder):
+    def path(below):
+        return ("Z:" + str(folder / below)).replace("/", "\\").replace("\\", "\\\\") + "\\\\"
+
+    return f"""Windows Registry Editor Version 5.00
+
+[HKEY_CURRENT_USER\\Software\\Brillara]
+"UserDataPath"="{path('data')}"
+
+[HKEY_CURRENT_USER\\Software\\Brillara\\Shared]
+"AudioPath"="{path('sequences')}"
+"NonAudioPath"="{path('sequences')}"
+
+[HKEY_CURRENT_USER\\Software\\Brillara\\Output]
+"Protocol"="sacn"
+"Host"="127.0.0.1"
+"SourceName"="VexMonitor demonstration"
+""".replace("\n", "\r\n")
+
+
+def make(folder, seconds):
+    """Returns the moment at which the show event ends."""
+    for below in ("data", "sequences"):
+        (folder / below).mkdir(parents=True, exist_ok=True)
+    house = House()
+    write_all(house, SONGS, folder / "sequences")
+    for song in SONGS:
+        shutil.copyfile(song.audio_file(), folder / "sequences" / f"{song.title}.ogg")
+    (folder / "picture.json").write_text(json.dumps(house.picture(), ensure_ascii=False), encoding="utf-8")
+    (folder / "data" / "demo.shw").write_bytes((show_text() + "\r\n").encode(CODE_PAGE))
+    (folder / "settings.reg").write_bytes(settings_text(folder).encode("utf-8"))
+    now = datetime.datetime.now().replace(microsecond=0)
+    end = now + datetime.timedelta(seconds=seconds)
+    week = schedule_text(now - datetime.timedelta(minutes=1), end, "demo.shw")
+    (folder / "data" / "weeksched.qsc").write_bytes((week + "\r\n").encode(CODE_PAGE))
+    return end
+
+
+if __name__ == "__main__":
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("folder", type=pathlib.Path)
+    parser.add_argument("--seconds", type=int, default=40)
+    given = parser.parse_args()
+    print("the show ends at", make(given.folder.resolve(), given.seconds))

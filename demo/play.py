@@ -1,0 +1,179 @@
+#!/usr/bin/env python3
+"""Plays the demonstration: the real player, the lights as a live picture, its status lines below.
+
+    demo/play.py PROGRAMS FOLDER [--seconds N]
+
+PROGRAMS is the folder with VexMonitor, vexctl and lightview; FOLDER is made and belongs to the demonstration:
+its own settings, schedule and shows, so that nothing of the user's is touched. An interrupt ends the show
+gracefully, a second one at once.
+"""
+import argparse
+import json
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+import make_demo
+
+PATIENCE = 60  # seconds that the show may take to come to its end
+
+
+class Demonstration:
+    def __init__(self, programs, folder, seconds):
+        self.programs = programs
+        self.folder = folder
+        self.seconds = seconds
+        self.lines_file = folder / "status-lines.txt"
+        self.counts_file = folder / "counts.json"
+        self.player_log = folder / "player-messages.txt"
+        self.interrupts = 0
+        self.environment = dict(os.environ, VEX_SETTINGS=str(folder / "settings.reg"))
+
+    def program(self, name, *arguments, **options):
+        """Programs run in sessions of their own: an interrupt typed at the terminal is ours to pass on."""
+        return subprocess.Popen([str(self.programs / name), *arguments], env=self.environment,
+                                start_new_session=True, **options)
+
+    def vexctl(self, *arguments):
+        return subprocess.run([str(self.programs / "vexctl"), *arguments], env=self.environment,
+                              capture_output=True, text=True)
+
+    def status(self):
+        answer = self.vexctl("--json", "status")
+        return json.loads(answer.stdout) if answer.returncode == 0 and answer.stdout else None
+
+    def choose_meeting_place(self):
+        """The usual place, so that `vexctl watch` in a second terminal finds the player; a place of our own
+        where another player runs already."""
+        if self.vexctl("--json", "status").returncode == 0:
+            self.environment["VEX_RUNTIME_DIR"] = tempfile.mkdtemp(prefix="vexmonitor-demo-")
+            print("Another player is running; this one meets its companions in VEX_RUNTIME_DIR=" +
+                  self.environment["VEX_RUNTIME_DIR"])
+
+    def interrupted(self, *_):
+        self.interrupts += 1
+        self.vexctl("shutdown", *(["--now"] if self.interrupts > 1 else []))
+
+    def play(self):
+        self.choose_meeting_place()
+        end = make_demo.make(self.folder, self.seconds)
+        print(f"The show is in force until {end:%H:%M:%S}. In a second terminal:  {self.programs / 'vexctl'} watch",
+              flush=True)
+        with open(self.player_log, "wb") as log:
+            player = self.program("VexMonitor", stdin=subprocess.DEVNULL, stdout=log, stderr=log)
+        signal.signal(signal.SIGINT, self.interrupted)
+        signal.signal(signal.SIGTERM, self.interrupted)
+        companions = []
+        try:
+            if not self.wait_for_player(player):
+                return 1
+            companions = self.start_companions()
+            self.wait_for_end(player, time.time() + self.seconds)
+        finally:
+            if player.poll() is None:
+                player.terminate()
+            for companion in companions:
+                self.end(companion)
+        return self.summary(player.wait(), companions)
+
+    def wait_for_player(self, player):
+        for _ in range(100):
+            if self.status():
+                return True
+            if player.poll() is not None:
+                break
+            time.sleep(0.1)
+        print("The player did not start. It said:", file=sys.stderr)
+        print(self.player_log.read_text(errors="replace"), file=sys.stderr)
+        player.poll() is None and player.kill()
+        return False
+
+    def start_companions(self):
+        """`vexctl watch` writes the status lines; they go into a file and on to the viewer."""
+        watch = self.program("vexctl", "watch", stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                             stderr=subprocess.DEVNULL)
+        tee = subprocess.Popen(["tee", str(self.lines_file)], stdin=watch.stdout, stdout=subprocess.PIPE,
+                               start_new_session=True)
+        view = self.program("lightview", "--counts", str(self.counts_file), str(self.folder / "picture.json"),
+                            stdin=tee.stdout)
+        watch.stdout.close()
+        tee.stdout.close()
+        return [watch, tee, view]
+
+    def wait_for_end(self, player, event_end):
+        """The show ends by itself when its event does; what ends the player is a graceful shutdown, sent
+        when nothing plays any more."""
+        asked = False
+        while player.poll() is None:
+            time.sleep(0.2)
+            if time.time() > event_end + PATIENCE:
+                player.terminate()
+            if asked or time.time() < event_end:
+                continue
+            status = self.status()
+            if status and not status["playing"] and not named_show(status["current"]):
+                self.vexctl("shutdown")
+                asked = True
+
+    @staticmethod
+    def end(companion):
+        """The first in the row is asked to end; the others end with their input."""
+        try:
+            if companion.args[-1] == "watch":
+                companion.send_signal(signal.SIGINT)
+            companion.wait(5)
+        except subprocess.TimeoutExpired:
+            companion.kill()
+            companion.wait()
+
+    def summary(self, status, companions):
+        lines = self.lines_file.read_text(encoding="utf-8", errors="replace").splitlines()
+        counts = json.loads(self.counts_file.read_text()) if self.counts_file.exists() else {}
+
+        def count(*words):
+            return sum(all(word in line for word in words) for line in lines)
+
+        universes = ", ".join(map(str, counts.get("universes", [])))
+        errors = [line for line in lines if "ERROR" in line or " Error: " in line]
+        print()
+        print("The show is over." if count("Finished show") else "The show was cut short.")
+        print(f"  sequences  {count(': Starting ')} started: {count(': Starting Musical')} songs, "
+              f"{count(': Starting Animation')} animations, {count(': Starting Cleanup')} clean-ups, "
+              f"{count(': Starting Startup')} startup, {count(': Starting Shutdown')} shutdown, "
+              f"{count(': Starting Background')} background")
+        print(f"  lights     {counts.get('packets', 0)} packets in universes {universes or 'none'}, "
+              f"{counts.get('lost', 0)} lost, {counts.get('malformed', 0)} malformed, "
+              f"{counts.get('changes', 0)} changes of level, {counts.get('mostLit', 0)} of "
+              f"{counts.get('lamps', 0)} lamps lit at once")
+        print(f"  log        {len(lines)} lines, {len(errors)} errors; kept in {self.lines_file}")
+        for line in errors[:5]:
+            print("             " + line)
+        print(f"  player     ended with status {status}", flush=True)
+        good = status == 0 and counts.get("packets", 0) > 0 and all(each.returncode == 0 for each in companions)
+        return 0 if good and (self.interrupts or (count("Finished show") and not errors)) else 1
+
+
+def named_show(serialised):
+    """True when a serialised show event names a show: "(eve.shw,(...),0,F)", not "" and not "(,...)"."""
+    return len(serialised) > 1 and serialised[1] != ","
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("programs", type=pathlib.Path)
+    parser.add_argument("folder", type=pathlib.Path)
+    parser.add_argument("--seconds", type=int, default=40)
+    given = parser.parse_args()
+    folder = given.folder.resolve()
+    shutil.rmtree(folder, ignore_errors=True)
+    folder.mkdir(parents=True)
+    return Demonstration(given.programs.resolve(), folder, given.seconds).play()
+
+
+if __name__ == "__main__":
+    sys.exit(main())
