@@ -25,6 +25,8 @@ class Processes {
   virtual ProcessId Start(const std::string& szCommandLine, int32_t lWindowStyle) = 0;
   /// Waits, without a limit, until the process has ended.
   virtual void WaitFor(ProcessId process) = 0;
+  /// The running program itself; 0 on machines where it is no process of its own.
+  [[nodiscard]] virtual ProcessId Current() const { return 0; }
 };
 
 }  // namespace vex

@@ -3,6 +3,8 @@
 #include <exception>
 #include <limits>
 
+#include "basic/Error.h"
+#include "host/CodePage.h"
 #include "host/Files.h"
 #include "host/MessageBoxes.h"
 #include "host/Processes.h"
@@ -16,6 +18,19 @@ namespace {
 constexpr int32_t OldestPostInstallation = 5;
 constexpr char PostInstallationProgram[] = "VexPostInstall";
 constexpr char LinkSubkey[] = "XLK";
+
+/// A program of this machine as a command line. What is no plain name is quoted the machine's way: where
+/// paths begin with "/" a shell takes the command, and between single quotes it takes everything as it is.
+std::string CommandLineOf(const std::string& szHostPath) {
+  const bool boolShell = szHostPath.starts_with('/');
+  if (szHostPath.find_first_of(boolShell ? " \t\"'\\$`&|;<>()*?[]#~!{}" : " ") == std::string::npos) {
+    return szHostPath;
+  }
+  if (!boolShell) return "\"" + szHostPath + "\"";
+  std::string szQuoted = "'";
+  for (const char character : szHostPath) szQuoted += character == '\'' ? "'\\''" : std::string(1, character);
+  return szQuoted + "'";
+}
 
 }  // namespace
 
@@ -65,7 +80,11 @@ bool Installation::CheckInstallation() {
 }
 
 void Installation::RunPostInstallation() {
-  const ProcessId process = m_Processes.Start(ProgramFile(PostInstallationProgram), NormalFocus);
+  std::string szHostPath;
+  if (!Utf8ToAnsi(m_Files.HostPath(ProgramFile(PostInstallationProgram)), szHostPath)) {
+    throw PlatformError(ErrorFileNotFound);
+  }
+  const ProcessId process = m_Processes.Start(CommandLineOf(szHostPath), NormalFocus);
   m_Processes.WaitFor(process);
 }
 

@@ -20,6 +20,8 @@ constexpr int32_t NextActionInterval = 1000;
 constexpr int32_t MsgQueueInterval = 1;
 constexpr int32_t ShowPlayerInterval = 1;
 constexpr int32_t UnloadGracefullyInterval = 100;
+constexpr int32_t LastLinesInterval = 10;
+constexpr int32_t LastLinesLooks = 50;
 
 constexpr int32_t ErrorCommPortOpen = 8005;
 constexpr int32_t ExitNotStarted = 1;
@@ -88,7 +90,20 @@ int32_t frmMonitor::Run() {
   Form_Initialize();
   if (!m_Unloaded) Form_Load();
   if (!m_Unloaded) m_Surroundings.Loop.Run();
+  SendLastLines();
   return m_ExitStatus;
+}
+
+// What the tray had no room for waits in this program and would be lost with it; a tray that takes nothing
+// any more does not keep the program for long.
+void frmMonitor::SendLastLines() {
+  if (m_TrayHwnd == 0 || !m_Surroundings.Desktop.Unsent(m_TrayHwnd)) return;
+  int32_t lLooksLeft = LastLinesLooks;
+  const auto look = NewTimer(m_Surroundings.Loop, TimerOrder::Component, LastLinesInterval, [&] {
+    if (--lLooksLeft <= 0 || !m_Surroundings.Desktop.Unsent(m_TrayHwnd)) m_Surroundings.Loop.Quit();
+  });
+  look->Enabled(true);
+  m_Surroundings.Loop.Run();
 }
 
 void frmMonitor::Form_Initialize() {
@@ -105,12 +120,12 @@ void frmMonitor::Form_Initialize() {
 
 void frmMonitor::Form_Load() {
   if (m_Unloaded) return;
-  if (m_Surroundings.Instance.AlreadyRunning() || m_ShuttingDown) {
-    Unload();
-    return;
-  }
   try {
-    LoadForm();
+    if (m_Surroundings.Instance.AlreadyRunning() || m_ShuttingDown) {
+      Unload();
+    } else {
+      LoadForm();
+    }
   } catch (const std::exception&) {
     CloseAfterBox(CurrentError());
   }

@@ -127,6 +127,7 @@ class frmMonitor final : public StatusReport {
   void ConfigureNetworkLink();
   void EnableNetworkLink(bool boolEnabled);
   void CloseAfterBox(const Error& error);
+  void SendLastLines();
   void Form_Unload();
   void DisableTimers();
   [[nodiscard]] bool ShowIsPlaying() const;

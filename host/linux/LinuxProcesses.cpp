@@ -78,6 +78,8 @@ void LinuxProcesses::WaitFor(ProcessId process) {
   m_Children.erase(process);
 }
 
+ProcessId LinuxProcesses::Current() const { return getpid(); }
+
 /// Children for which the kernel had no descriptor to watch.
 void LinuxProcesses::CollectUnwatched() {
   std::erase_if(m_Children, [](const auto& child) {

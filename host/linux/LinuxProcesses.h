@@ -19,6 +19,7 @@ class LinuxProcesses : public Processes {
   ProcessId Start(const std::string& szCommandLine, int32_t lWindowStyle) override;
   /// Returns at once for a process that was not started here or has been collected.
   void WaitFor(ProcessId process) override;
+  [[nodiscard]] ProcessId Current() const override;
 
  private:
   struct Child {

@@ -135,6 +135,43 @@ TEST_F(InstallationTest, ThePostInstallationProgramIsRunOnceAndWaitedFor) {
   EXPECT_TRUE(m_Host.MessageBoxes().Shown().empty());
 }
 
+TEST_F(InstallationTest, AProgramWithABlankInItsPathIsQuoted) {
+  m_Host.Files().ProgramFolder("C:\\Program Files\\Vex");
+  m_Host.Files().Put("C:\\Program Files\\Vex\\VexPostInstall", "");
+  (void)m_Installation.CheckInstallation();
+  EXPECT_EQ(m_Host.Processes().Starts()[0].CommandLine, "\"C:\\Program Files\\Vex\\VexPostInstall\"");
+}
+
+TEST_F(InstallationTest, WhereAShellTakesTheCommandItIsQuotedForTheShell) {
+  class UnixFiles : public Files {
+   public:
+    explicit UnixFiles(std::string szHostPath) : m_HostPath(std::move(szHostPath)) {}
+    bool Read(const std::string&, std::string&, std::string*) override { return false; }
+    bool Write(const std::string&, const std::string&, std::string*) override { return false; }
+    std::unique_ptr<OpenFile> Open(const std::string&) override { return nullptr; }
+    bool Exists(const std::string&) override { return true; }
+    bool MakeFolder(const std::string&) override { return false; }
+    bool Remove(const std::string&) override { return false; }
+    std::string HostPath(const std::string&) override { return m_HostPath; }
+    std::string SystemPath(const std::string& szHostPath) override { return szHostPath; }
+    std::string ProgramFolder() override { return "Z:\\opt"; }
+    std::string ProgramSuffix() const override { return ""; }
+
+   private:
+    std::string m_HostPath;
+  };
+  const auto started = [](const std::string& szHostPath) {
+    VirtualHost host;
+    UnixFiles files(szHostPath);
+    (void)Installation(host.Registry(), files, host.Processes(), host.MessageBoxes()).CheckInstallation();
+    return host.Processes().Starts().empty() ? "nothing" : host.Processes().Starts()[0].CommandLine;
+  };
+  EXPECT_EQ(started("/opt/vex/VexPostInstall"), "/opt/vex/VexPostInstall");
+  EXPECT_EQ(started("/opt/my vex/VexPostInstall"), "'/opt/my vex/VexPostInstall'");
+  EXPECT_EQ(started("/opt/$it's/VexPostInstall"), "'/opt/$it'\\''s/VexPostInstall'");
+  EXPECT_EQ(started("/opt/\xe5\xa4\x9c/VexPostInstall"), "nothing");  // a character outside the code page
+}
+
 TEST_F(InstallationTest, AnInstallationThatStaysInvalidIsAMessageBoxAndFailure) {
   EXPECT_FALSE(m_Installation.CheckInstallation());
   EXPECT_EQ(m_Host.Processes().Starts().size(), 1U);
