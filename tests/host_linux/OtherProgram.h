@@ -54,6 +54,7 @@ class OtherProgram {
     waitpid(m_Process, nullptr, WUNTRACED);
   }
   void Continue() const { kill(m_Process, SIGCONT); }
+  void Raise(int number) const { kill(m_Process, number); }
   void Kill() {
     if (m_Process <= 0) return;
     kill(m_Process, SIGKILL);
