@@ -1,0 +1,180 @@
+#include "components/open/media/MpvCore.h"
+
+#include <clocale>
+#include <utility>
+
+namespace vex {
+
+namespace {
+
+struct Option {
+  const char* Name;
+  const char* Value;
+};
+
+/// What a show needs of the library, and nothing that it would do for a person at a screen. The sound ends
+/// with its last sample (no gapless playback), pictures beside a song are no video, nothing is read ahead
+/// beyond what plays, and the sound server is asked for a position that runs evenly.
+constexpr Option kOptions[] = {
+    {"config", "no"},
+    {"idle", "yes"},
+    {"terminal", "no"},
+    {"load-scripts", "no"},
+    {"ytdl", "no"},
+    {"osc", "no"},
+    {"osd-level", "0"},
+    {"load-stats-overlay", "no"},
+    {"input-default-bindings", "no"},
+    {"input-vo-keyboard", "no"},
+    {"gapless-audio", "no"},
+    {"cover-art-auto", "no"},
+    {"audio-display", "no"},
+    {"sub-auto", "no"},
+    {"audio-file-auto", "no"},
+    {"force-window", "no"},
+    {"title", "Brillara Video"},
+    {"vo", "null"},
+    {"gpu-sw", "yes"},
+    {"cache", "no"},
+    {"demuxer-max-bytes", "2MiB"},
+    {"demuxer-max-back-bytes", "0"},
+    {"audio-fallback-to-null", "yes"},
+};
+
+/// Only known to a library that was built with that sound server.
+constexpr Option kSoundServerOptions[] = {
+    {"pulse-buffer", "native"},
+    {"pulse-latency-hacks", "yes"},
+};
+
+}  // namespace
+
+/// A core on its way, shared with the thread that makes it; everything but Done belongs to the thread until
+/// Done is set.
+struct MpvCore::Making {
+  std::string AudioOutput;
+  Signal* Wake = nullptr;
+  mpv_handle* Core = nullptr;
+  std::string Failure;
+  std::vector<std::string> Troubles;
+  std::atomic<bool> Done = false;
+  std::thread Thread;
+};
+
+MpvCore::MpvCore(EventLoop& loop, std::string szAudioOutput, Handlers handlers)
+    : m_AudioOutput(std::move(szAudioOutput)),
+      m_Handlers(std::move(handlers)),
+      m_Wake(loop.NewSignal([this] { Wake(); })) {}
+
+MpvCore::~MpvCore() {
+  if (m_Making) {
+    m_Making->Thread.join();
+    m_Core = m_Making->Core;
+  }
+  Discard();
+}
+
+void MpvCore::Discard() {
+  if (!m_Core) return;
+  mpv_set_wakeup_callback(m_Core, nullptr, nullptr);
+  mpv_terminate_destroy(m_Core);
+  m_Core = nullptr;
+}
+
+void MpvCore::Make() {
+  if (m_Core || m_Making) return;
+  // The library refuses to work where the decimal point is something else; nothing here formats by locale.
+  std::setlocale(LC_NUMERIC, "C");
+  m_Making = std::make_unique<Making>();
+  m_Making->AudioOutput = m_AudioOutput;
+  m_Making->Wake = m_Wake.get();
+  m_Making->Thread = std::thread([making = m_Making.get()] {
+    MakeCore(*making);
+    making->Done = true;
+    making->Wake->Raise();
+  });
+}
+
+void MpvCore::MakeCore(Making& making) {
+  mpv_handle* core = mpv_create();
+  if (!core) {
+    making.Failure = "The media library cannot be started";
+    return;
+  }
+  for (const Option& option : kOptions)
+    if (const int code = mpv_set_option_string(core, option.Name, option.Value); code < 0)
+      making.Troubles.push_back(std::string("The media library does not take ") + option.Name + ": " +
+                                mpv_error_string(code));
+  for (const Option& option : kSoundServerOptions) mpv_set_option_string(core, option.Name, option.Value);
+  if (!making.AudioOutput.empty()) {
+    const std::string szDrivers = making.AudioOutput + ",null";
+    if (const int code = mpv_set_option_string(core, "ao", szDrivers.c_str()); code < 0)
+      making.Troubles.push_back("The media library does not take the sound output \"" + making.AudioOutput +
+                                "\": " + mpv_error_string(code));
+  }
+  mpv_request_log_messages(core, "warn");
+  if (const int code = mpv_initialize(core); code < 0) {
+    making.Failure = std::string("The media library cannot be started: ") + mpv_error_string(code);
+    mpv_terminate_destroy(core);
+    return;
+  }
+  const char* keepWindow[] = {"keybind", "CLOSE_WIN", "ignore", nullptr};
+  mpv_command(core, keepWindow);
+  mpv_hook_add(core, 0, "on_preloaded", 0);
+  mpv_observe_property(core, 0, "current-ao", MPV_FORMAT_STRING);
+  making.Core = core;
+}
+
+void MpvCore::Wake() {
+  if (m_Making && m_Making->Done) Adopt();
+  if (m_Core) Drain();
+}
+
+void MpvCore::Adopt() {
+  const std::unique_ptr<Making> made = std::move(m_Making);
+  made->Thread.join();
+  m_Core = made->Core;
+  if (m_Core)
+    mpv_set_wakeup_callback(
+        m_Core, [](void* signal) { static_cast<Signal*>(signal)->Raise(); }, m_Wake.get());
+  for (const std::string& szLine : made->Troubles) m_Handlers.Trouble(szLine);
+  m_Handlers.Ready(made->Failure);
+}
+
+/// A handler may pump the loop and so come here again; the events are then left to the outer call.
+void MpvCore::Drain() {
+  if (m_Draining) return;
+  m_Draining = true;
+  bool boolShutDown = false;
+  while (const mpv_event* event = mpv_wait_event(m_Core, 0)) {
+    if (event->event_id == MPV_EVENT_NONE) break;
+    boolShutDown = boolShutDown || event->event_id == MPV_EVENT_SHUTDOWN;
+    m_Handlers.Event(*event);
+    if (boolShutDown) break;
+  }
+  m_Draining = false;
+  if (boolShutDown) Discard();
+  m_Handlers.Drained();
+}
+
+void MpvCore::Command(uint64_t reply, const std::vector<std::string>& words) {
+  std::vector<const char*> pointers;
+  for (const std::string& szWord : words) pointers.push_back(szWord.c_str());
+  pointers.push_back(nullptr);
+  mpv_command_async(m_Core, reply, pointers.data());
+}
+
+void MpvCore::Ask(uint64_t reply, const char* szProperty, mpv_format format) {
+  mpv_get_property_async(m_Core, reply, szProperty, format);
+}
+
+void MpvCore::Set(uint64_t reply, const char* szProperty, const std::string& szValue) {
+  const char* szText = szValue.c_str();
+  mpv_set_property_async(m_Core, reply, szProperty, MPV_FORMAT_STRING, &szText);
+}
+
+void MpvCore::Continue(uint64_t hook) {
+  mpv_hook_continue(m_Core, hook);
+}
+
+}  // namespace vex
