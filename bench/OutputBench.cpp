@@ -36,6 +36,7 @@ namespace {
 constexpr int Universes = 4;
 constexpr int64_t PeriodNs = 25'000'000;
 constexpr uint16_t BarePort = E131Port + 1;
+constexpr const char* SourceName = "OutputBench";
 
 int64_t Nanoseconds(clockid_t clock) {
   timespec time{};
@@ -107,6 +108,7 @@ class Receiver {
       message.msg_control = control.data();
       message.msg_controllen = control.size();
       if (recvmsg(m_Socket, &message, 0) != 638) continue;
+      if (std::strcmp(reinterpret_cast<const char*>(bytes.data()) + 44, SourceName) != 0) continue;
       timespec stamp{};
       const cmsghdr* first = CMSG_FIRSTHDR(&message);
       if (first == nullptr || first->cmsg_type != SCM_TIMESTAMPNS) continue;
@@ -127,7 +129,7 @@ void BareSender(int seconds, int64_t& start, double& cpu) {
   const int timer = timerfd_create(CLOCK_MONOTONIC, 0);
   const int out = socket(AF_INET, SOCK_DGRAM, 0);
   sockaddr_in to = Loopback(BarePort);
-  std::vector<UniversePacket> packets(Universes, UniversePacket::E131({}, 1));
+  std::vector<UniversePacket> packets(Universes, UniversePacket::E131({{}, SourceName, 100}, 1));
   std::array<iovec, Universes> parts{};
   std::array<mmsghdr, Universes> messages{};
   for (size_t i = 0; i < Universes; ++i) {
@@ -221,7 +223,7 @@ std::string MovesFile() {
   return szText + "}";
 }
 
-/// A level set on one circuit every 23 to 31 ms: how late does a due event leave.
+/// A level set on one circuit every 50 ms: how late does a due event leave.
 std::string EventsFile() {
   std::string szText = R"({"duration":10,"events":[)";
   int number = 0;
@@ -248,6 +250,7 @@ void Run(const char* name, const std::string& szFile, int seconds, int64_t frame
   std::unique_ptr<Host> host = NativeHost();
   OutputSettings settings;
   settings.Host = "127.0.0.1";
+  settings.SourceName = SourceName;
   auto lights =
       std::make_shared<OpenChannelIO>(host->Clock(), host->EventLoop(), host->Datagrams(), settings, "bench");
   OpenSequenceEngine engine(
@@ -263,7 +266,8 @@ void Run(const char* name, const std::string& szFile, int seconds, int64_t frame
   end->Tick([&] { host->EventLoop().Quit(); });
   end->Enabled(true);
   const int64_t cpuBefore = ThreadCpuNs();
-  const int64_t start = Nanoseconds(CLOCK_MONOTONIC);
+  // A sequence begins in a millisecond; its grid is counted from there.
+  const int64_t start = Nanoseconds(CLOCK_MONOTONIC) / 1'000'000 * 1'000'000;
   engine.Start();
   host->EventLoop().Run();
   const double cpu = static_cast<double>(ThreadCpuNs() - cpuBefore) / 1e7 / seconds;

@@ -68,7 +68,7 @@ void OpenChannelIO::Flush() {
   }
   m_Network.Send();
   if (boolMoving && !m_GridStart) {
-    m_GridStart = now;  // this flush was frame 0
+    m_GridStart = std::chrono::floor<std::chrono::milliseconds>(now);  // this flush was frame 0
     m_NextFrame = 1;
     for (OutputUniverse* universe : m_Used) universe->SentThisFrame = false;
   }

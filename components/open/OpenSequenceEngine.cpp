@@ -16,6 +16,7 @@ using std::chrono::nanoseconds;
 
 /// How long an event takes: at least a millisecond, and a rate of nothing is a very small one.
 int32_t DurationMs(const LightingEvent& event, double playRate) {
+  if (event.StartTime == event.EndTime) return 1;  // every event of a frame
   constexpr double SmallestRate = 0.00001;
   const double rate = std::abs(event.Rate) < SmallestRate ? SmallestRate : event.Rate;
   const double duration = std::nearbyint((event.EndTime - event.StartTime) / rate / playRate);
@@ -83,7 +84,8 @@ void OpenSequenceEngine::Start() {
   m_Playing = true;
   if (m_HasMedia) return;
   m_Cursor->Restart(nanoseconds(0));
-  m_RoundStart = m_Clock.Elapsed();
+  // Begun in a millisecond, as everything is: the timers' ticks then lie on what is due.
+  m_RoundStart = std::chrono::floor<milliseconds>(m_Clock.Elapsed());
   if (!m_Timer) {
     m_Timer = m_EventLoop.NewTimer(TimerOrder::Component);
     m_Timer->Tick([this] { m_Timer_Tick(); });

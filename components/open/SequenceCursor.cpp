@@ -30,6 +30,7 @@ int32_t Milliseconds(nanoseconds time) {
 /// The first index from `at` on at which a and b differ; their size when there is none.
 size_t NextDifference(const std::vector<uint8_t>& a, const std::vector<uint8_t>& b, size_t at) {
   constexpr size_t Stride = 64;
+  if (at < a.size() && a[at] != b[at]) return at;  // where much changes
   while (at + Stride <= a.size() && std::memcmp(a.data() + at, b.data() + at, Stride) == 0) at += Stride;
   while (at < a.size() && a[at] == b[at]) ++at;
   return at;
@@ -75,7 +76,7 @@ void SequenceCursor::NextRound() {
   m_Reached = nanoseconds(-1);
   m_NextCue = 0;
   m_NextFrame = 0;
-  m_OpenedFrame.reset();
+  m_OpenedFrame = false;
 }
 
 void SequenceCursor::Reach(nanoseconds position) {
@@ -114,9 +115,8 @@ void SequenceCursor::Prefetch() {
 bool SequenceCursor::NextLightsOff(LightingEvent& event) {
   for (; m_OffFrame < m_SetUsed.size(); ++m_OffFrame) {
     if (m_SetUsed[m_OffFrame] == 0) continue;
-    FillFrame(event, m_OffFrame);
+    FillFrame(event, m_OffFrame, 0);
     event.StartLevel = event.EndLevel = 0;
-    event.StartTime = event.EndTime = 0;
     m_Set[m_OffFrame] = 0;
     ++m_OffFrame;
     return true;
@@ -151,14 +151,15 @@ std::optional<nanoseconds> SequenceCursor::NextFrame() const {
 
 /// Takes the last frame that is due before the next cue event; false when there is none.
 bool SequenceCursor::OpenFrame() {
-  m_OpenedFrame.reset();
+  m_OpenedFrame = false;
   const auto until = std::min(m_Reached, NextCue().value_or(m_Reached));
   const auto next = NextFrame();
   if (!next || *next > until) return false;
   const auto frame = static_cast<uint32_t>(std::min<int64_t>(until / m_Step, m_FrameCount - 1));
   Fetch(frame);
   m_NextFrame = frame + 1;
-  m_OpenedFrame = frame;
+  m_OpenedFrame = true;
+  m_OpenedMs = Milliseconds(FrameTime(frame));
   m_Change = 0;
   return true;
 }
@@ -177,12 +178,12 @@ bool SequenceCursor::NextChange(LightingEvent& event) {
     if ((m_Set[m_Change] | m_Frame[m_Change]) == 0) continue;
     m_Set[m_Change] = m_Frame[m_Change];
     m_SetUsed[m_Change] = 1;
-    FillFrame(event, m_Change);
+    FillFrame(event, m_Change, m_OpenedMs);
     ++m_Change;
     return true;
   }
   m_SetAll = false;
-  m_OpenedFrame.reset();
+  m_OpenedFrame = false;
   return false;
 }
 
@@ -200,13 +201,12 @@ void SequenceCursor::FillCue(LightingEvent& event) {
   event.EndTime = Milliseconds(cue.End);
 }
 
-void SequenceCursor::FillFrame(LightingEvent& event, size_t index) const {
+void SequenceCursor::FillFrame(LightingEvent& event, size_t index, int32_t lTimeMs) const {
   Address(event, CircuitOf(index));
   event.StartLevel = event.EndLevel = LevelOfByte[m_Set[index]];
   event.Command.clear();
   event.Rate = 1.0;
-  const nanoseconds time = m_OpenedFrame ? FrameTime(*m_OpenedFrame) : std::max(m_Reached, nanoseconds(0));
-  event.StartTime = event.EndTime = Milliseconds(time);
+  event.StartTime = event.EndTime = lTimeMs;
 }
 
 CircuitAddress SequenceCursor::CircuitOf(size_t index) const {

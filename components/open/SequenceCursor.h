@@ -47,7 +47,7 @@ class SequenceCursor {
   void Fetch(uint32_t frame);
   [[nodiscard]] bool NextChange(LightingEvent& event);
   void FillCue(LightingEvent& event);
-  void FillFrame(LightingEvent& event, size_t index) const;
+  void FillFrame(LightingEvent& event, size_t index, int32_t lTimeMs) const;
   [[nodiscard]] CircuitAddress CircuitOf(size_t index) const;
   [[nodiscard]] bool FramesUse(const CircuitAddress& circuit) const;
 
@@ -64,9 +64,10 @@ class SequenceCursor {
   std::vector<uint8_t> m_SetUsed;     // by frames
   std::vector<size_t> m_RangeBegins;  // where each range of channels begins in a frame
   std::optional<uint32_t> m_Fetched;
-  bool m_SetAll = true;                   // the frame sets every channel that is or was lit
-  std::optional<uint32_t> m_OpenedFrame;  // whose changes are being handed out
-  size_t m_Change = 0;                    // where in it
+  bool m_SetAll = true;        // the frame sets every channel that is or was lit
+  bool m_OpenedFrame = false;  // its changes are being handed out
+  int32_t m_OpenedMs = 0;      // when it is due
+  size_t m_Change = 0;         // where in it
   size_t m_OffFrame = 0;
   size_t m_OffCircuit = 0;
 };
