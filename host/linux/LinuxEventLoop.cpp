@@ -129,11 +129,13 @@ void LinuxEventLoop::Pump() {
 void LinuxEventLoop::OnTerminate(std::function<void()> handler) {
   sigset_t signals;
   sigemptyset(&signals);
-  for (const int number : {SIGTERM, SIGINT}) {
-    sigaddset(&signals, number);
-    // A shell starts background programs with SIGINT ignored, and what is ignored never arrives.
-    ::signal(number, SIG_DFL);
-  }
+  // These two also where a shell has started the program in the background with SIGINT ignored.
+  sigaddset(&signals, SIGTERM);
+  sigaddset(&signals, SIGINT);
+  // Who was told to ignore the terminal's going away (nohup) goes on doing so.
+  struct sigaction hangUp {};
+  sigaction(SIGHUP, nullptr, &hangUp);
+  if (hangUp.sa_handler != SIG_IGN) sigaddset(&signals, SIGHUP);
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   m_SignalWatch.reset();
   m_SignalFd = Descriptor(signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC));
@@ -188,13 +190,15 @@ void LinuxEventLoop::Turn(bool boolWait) {
 void LinuxEventLoop::HandleSources(std::span<const epoll_event> events) {
   const uint64_t turn = m_Turns;
   for (const epoll_event& event : events) {
-    if (event.data.u64 == TimerFdId) {
+    // A copy: the kernel's record is packed, and nothing may refer into it.
+    const uint64_t id = event.data.u64;
+    if (id == TimerFdId) {
       m_Armed = Unknown;
       continue;
     }
     // A handler that pumped may have taken what these events speak of; what is left is reported again.
     if (m_Quit || m_Turns != turn) return;
-    const auto found = m_Sources.find(event.data.u64);
+    const auto found = m_Sources.find(id);
     if (found == m_Sources.end() || found->second->Running) continue;
     const std::shared_ptr<Source> source = found->second;
     const Mark running(source->Running);

@@ -39,8 +39,8 @@ class LinuxEventLoop : public EventLoop {
   void Quit() override { m_Quit = true; }
   void Pump() override;
 
-  /// The handler runs on SIGTERM and SIGINT, which no longer end the program. To be called before other
-  /// threads are made, for they must not get the signals.
+  /// The handler runs on SIGTERM, SIGINT and, unless it is ignored, SIGHUP, which no longer end the program.
+  /// To be called before other threads are made, for they must not get the signals.
   void OnTerminate(std::function<void()> handler);
   /// Asks for real-time priority for this thread (threads and programs started later do not inherit it);
   /// true when granted.

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <cstdio>
 
 #include "host/CodePage.h"
 #include "host/linux/Descriptor.h"
@@ -191,8 +192,11 @@ std::string LinuxFiles::ProgramFolder() {
   std::array<char, PATH_MAX> link{};
   const ssize_t size = readlink("/proc/self/exe", link.data(), link.size());
   if (size <= 0) return "";
-  const std::string szProgram(link.data(), static_cast<size_t>(size));
-  std::string szFolder = SystemPath(szProgram.substr(0, szProgram.rfind('/')));
+  std::string szHostFolder(link.data(), static_cast<size_t>(size));
+  szHostFolder.erase(szHostFolder.rfind('/'));
+  std::string szFolder = SystemPath(szHostFolder + "/");
+  if (szFolder.empty())
+    std::fputs(("The folder " + szHostFolder + " has a character outside Windows-1252\n").c_str(), stderr);
   while (!szFolder.empty() && szFolder.back() == '\\') szFolder.pop_back();
   return szFolder;
 }

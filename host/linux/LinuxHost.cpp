@@ -1,9 +1,16 @@
 #include "host/linux/LinuxHost.h"
 
+#include <csignal>
+
 namespace vex {
 
 LinuxHost::LinuxHost(RuntimeFolder folder, std::string szSettings)
-    : m_SingleInstance(folder, [this] { m_Windows.BecomePlayer(); }),
+    : m_SingleInstance(folder,
+                       [this] {
+                         // A player must not end because nobody reads its standard error any more.
+                         std::signal(SIGPIPE, SIG_IGN);
+                         m_Windows.BecomePlayer();
+                       }),
       m_Windows(m_EventLoop, folder),
       m_Registry(std::move(szSettings)),
       m_Processes(m_EventLoop),

@@ -78,7 +78,9 @@ void LinuxProcesses::WaitFor(ProcessId process) {
   m_Children.erase(process);
 }
 
-ProcessId LinuxProcesses::Current() const { return getpid(); }
+ProcessId LinuxProcesses::Current() const {
+  return getpid();
+}
 
 /// Children for which the kernel had no descriptor to watch.
 void LinuxProcesses::CollectUnwatched() {

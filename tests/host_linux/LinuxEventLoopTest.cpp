@@ -222,8 +222,8 @@ TEST_F(LinuxEventLoopTest, KernelTellsWhenTheClockIsSet) {
   EXPECT_TRUE(RunUntil(m_Loop, [&] { return ticks == 5; }));
 }
 
-TEST_F(LinuxEventLoopTest, TerminationAndInterruptRunTheHandler) {
-  for (const int number : {SIGTERM, SIGINT}) {
+TEST_F(LinuxEventLoopTest, TerminationInterruptAndHangUpRunTheHandler) {
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
     OtherProgram other([&](const auto& tell) {
       signal(SIGINT, SIG_IGN);  // as a shell starts a background program
       LinuxEventLoop loop;
@@ -240,6 +240,18 @@ TEST_F(LinuxEventLoopTest, TerminationAndInterruptRunTheHandler) {
     EXPECT_EQ(other.Line(), "terminated");
     EXPECT_EQ(other.Line(), "done");
   }
+}
+
+TEST_F(LinuxEventLoopTest, HangUpThatIsIgnoredStaysSo) {
+  OtherProgram other([&](const auto& tell) {
+    signal(SIGHUP, SIG_IGN);
+    LinuxEventLoop loop;
+    loop.OnTerminate([&] { tell("terminated"); });
+    raise(SIGHUP);
+    loop.Pump();
+    tell("done");
+  });
+  EXPECT_EQ(other.Line(), "done");
 }
 
 TEST_F(LinuxEventLoopTest, SharpTimersAreForThisThreadAlone) {

@@ -148,6 +148,23 @@ TEST_F(LinuxFilesTest, ProgramFolderIsWhereThisProgramLies) {
   EXPECT_EQ(m_Files.ProgramSuffix(), "");
 }
 
+TEST_F(LinuxFilesTest, ProgramFolderOutsideTheCodePageIsToldAndEmpty) {
+  const std::string szFolder = m_Folder / "\xE2\x9C\x93";
+  std::filesystem::create_directory(szFolder);
+  const std::string szCopy = szFolder + "/tests";
+  std::filesystem::copy_file("/proc/self/exe", szCopy);
+  const std::string szCommand =
+      szCopy + " --gtest_filter=LinuxFilesTest.ProgramFolderIsWhereThisProgramLies 2>&1";
+  FILE* const output = popen(szCommand.c_str(), "r");
+  std::string szOutput;
+  for (int character = std::fgetc(output); character != EOF; character = std::fgetc(output))
+    szOutput += static_cast<char>(character);
+  EXPECT_EQ(pclose(output), 0);
+  EXPECT_NE(szOutput.find("The folder " + szFolder + " has a character outside Windows-1252\n"),
+            std::string::npos)
+      << szOutput;
+}
+
 // Reading.
 
 TEST_F(LinuxFilesTest, FolderIsReadAsAFolder) {
