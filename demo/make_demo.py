@@ -51,7 +51,7 @@ def schedule_text(start, end, show):
                                str(second_of_week(start) % WEEK)))
 
 
-def settings_text(folder):
+def settings_text(folder, address):
     def path(below):
         return ("Z:" + str(folder / below)).replace("/", "\\").replace("\\", "\\\\") + "\\\\"
 
@@ -66,12 +66,12 @@ def settings_text(folder):
 
 [HKEY_CURRENT_USER\\Software\\Brillara\\Output]
 "Protocol"="sacn"
-"Host"="127.0.0.1"
+"Host"="{address}"
 "SourceName"="VexMonitor demonstration"
 """.replace("\n", "\r\n")
 
 
-def make(folder, seconds):
+def make(folder, seconds, address="127.0.0.1"):
     """Returns the moment at which the show event ends."""
     for below in ("data", "sequences"):
         (folder / below).mkdir(parents=True, exist_ok=True)
@@ -81,7 +81,7 @@ def make(folder, seconds):
         shutil.copyfile(song.audio_file(), folder / "sequences" / f"{song.title}.ogg")
     (folder / "picture.json").write_text(json.dumps(house.picture(), ensure_ascii=False), encoding="utf-8")
     (folder / "data" / "demo.shw").write_bytes((show_text() + "\r\n").encode(CODE_PAGE))
-    (folder / "settings.reg").write_bytes(settings_text(folder).encode("utf-8"))
+    (folder / "settings.reg").write_bytes(settings_text(folder, address).encode("utf-8"))
     now = datetime.datetime.now().replace(microsecond=0)
     end = now + datetime.timedelta(seconds=seconds)
     week = schedule_text(now - datetime.timedelta(minutes=1), end, "demo.shw")

@@ -13,6 +13,7 @@ import os
 import pathlib
 import shutil
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
@@ -21,6 +22,7 @@ import time
 import make_demo
 
 PATIENCE = 60  # seconds that the show may take to come to its end
+LIGHTING_PORT = 5568
 
 
 class Demonstration:
@@ -55,13 +57,30 @@ class Demonstration:
             print("Another player is running; this one meets its companions in VEX_RUNTIME_DIR=" +
                   self.environment["VEX_RUNTIME_DIR"])
 
+    @staticmethod
+    def free_address():
+        """A loopback address at which nobody else receives lights."""
+        for last in range(1, 255):
+            with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as probe:
+                try:
+                    probe.bind((f"127.0.0.{last}", LIGHTING_PORT))
+                    return f"127.0.0.{last}"
+                except OSError:
+                    continue
+        return None
+
     def interrupted(self, *_):
         self.interrupts += 1
         self.vexctl("shutdown", *(["--now"] if self.interrupts > 1 else []))
 
     def play(self):
         self.choose_meeting_place()
-        end = make_demo.make(self.folder, self.seconds)
+        self.address = self.free_address()
+        if not self.address:
+            print("UDP port 5568 is taken on every loopback address: end the program that receives lights there, "
+                  "then start again", file=sys.stderr)
+            return 1
+        end = make_demo.make(self.folder, self.seconds, self.address)
         print(f"The show is in force until {end:%H:%M:%S}. In a second terminal:  {self.programs / 'vexctl'} watch",
               flush=True)
         with open(self.player_log, "wb") as log:
@@ -99,8 +118,8 @@ class Demonstration:
                              stderr=subprocess.DEVNULL)
         tee = subprocess.Popen(["tee", str(self.lines_file)], stdin=watch.stdout, stdout=subprocess.PIPE,
                                start_new_session=True)
-        view = self.program("lightview", "--counts", str(self.counts_file), str(self.folder / "picture.json"),
-                            stdin=tee.stdout)
+        view = self.program("lightview", "--address", self.address, "--counts", str(self.counts_file),
+                            str(self.folder / "picture.json"), stdin=tee.stdout)
         watch.stdout.close()
         tee.stdout.close()
         return [watch, tee, view]

@@ -51,7 +51,14 @@ bool Receiver::WellFormed(std::span<const uint8_t> packet) {
          Number(packet, SlotCountAt, 2) == packet.size() - StartCodeAt;
 }
 
+/// Synchronisation and discovery travel on the same port and say nothing about levels.
+bool Receiver::Extended(std::span<const uint8_t> packet) {
+  return packet.size() >= SourceAt && Number(packet, RootVectorAt, 4) == 8 &&
+         LengthFits(packet, RootLengthAt);
+}
+
 void Receiver::Take(std::span<const uint8_t> packet) {
+  if (Extended(packet)) return;
   if (!WellFormed(packet)) {
     ++m_Malformed;
     return;

@@ -38,6 +38,7 @@ class Receiver {
   using SourceId = std::array<uint8_t, 16>;
 
   [[nodiscard]] static bool WellFormed(std::span<const uint8_t> packet);
+  [[nodiscard]] static bool Extended(std::span<const uint8_t> packet);
   [[nodiscard]] bool InOrder(const SourceId& source, uint16_t universe, uint8_t sequence);
   void Store(Universe& universe, std::span<const uint8_t> slots);
 
