@@ -2,9 +2,13 @@
 // seen by a receiver on the loopback interface with the kernel's time stamps. Beside it, in the same run and
 // at the same time, a bare sender with one timerfd and sendmmsg: what the machine itself can do.
 //
-//   OutputBench [seconds a case, 60 unless given]
+//   OutputBench [seconds a case, 60 unless given] [sharp]
+//
+// With "sharp" both senders ask for the timing that the player asks for at its start, so that other work on
+// the machine does not count.
 
 #include <netinet/in.h>
+#include <sched.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/timerfd.h>
@@ -125,7 +129,10 @@ class Receiver {
 };
 
 /// The machine's own best: absolute deadlines of one timerfd, all universes in one call.
-void BareSender(int seconds, int64_t& start, double& cpu) {
+void BareSender(int seconds, bool sharp, int64_t& start, double& cpu) {
+  sched_param parameters{};
+  parameters.sched_priority = sched_get_priority_min(SCHED_FIFO);
+  if (sharp && sched_setscheduler(0, SCHED_FIFO, &parameters) != 0) std::perror("bare sender");
   const int timer = timerfd_create(CLOCK_MONOTONIC, 0);
   const int out = socket(AF_INET, SOCK_DGRAM, 0);
   sockaddr_in to = Loopback(BarePort);
@@ -168,6 +175,14 @@ struct Result {
   double Cpu = 0;
 };
 
+/// A grid that begins with its first move is counted from the millisecond in which most of its packets lie.
+int64_t Phase(const std::vector<Arrival>& arrivals) {
+  constexpr int64_t Millisecond = 1'000'000;
+  std::array<int, PeriodNs / Millisecond> counts{};
+  for (const Arrival& arrival : arrivals) ++counts[static_cast<size_t>(arrival.At % PeriodNs / Millisecond)];
+  return (std::max_element(counts.begin(), counts.end()) - counts.begin()) * Millisecond;
+}
+
 /// How far each packet lies behind its place on the grid; the number tells the place, modulo the rounds.
 Result Measure(const std::vector<Arrival>& arrivals, int64_t start, int64_t framesARound, double cpu) {
   std::vector<double> errors;
@@ -209,15 +224,20 @@ std::string FrameFile() {
   return builder.Build();
 }
 
-/// Every slot of every universe on the move, up in five seconds and down in five.
+/// Every slot of every universe on the move, half of them up while the others go down and turning at other
+/// moments, so that the grid never rests.
 std::string MovesFile() {
   std::string szText = R"({"duration":10,"events":[)";
+  const auto add = [&](int unit, int circuit, double start, double end, int from, int to) {
+    szText += R"({"unit":)" + std::to_string(unit) + R"(,"circuit":)" + std::to_string(circuit) +
+              R"(,"start":)" + std::to_string(start) + R"(,"end":)" + std::to_string(end) + R"(,"from":)" +
+              std::to_string(from) + R"(,"to":)" + std::to_string(to) + "},";
+  };
   for (int unit = 1; unit <= Universes; ++unit)
     for (int circuit = 1; circuit <= 512; ++circuit) {
-      const std::string szPlace =
-          R"({"unit":)" + std::to_string(unit) + R"(,"circuit":)" + std::to_string(circuit);
-      szText += szPlace + R"(,"start":0,"end":5,"from":0,"to":100},)";
-      szText += szPlace + R"(,"start":5,"end":10,"from":100,"to":0},)";
+      const double shift = circuit % 2 == 0 ? 0 : 2.5;
+      add(unit, circuit, shift, shift + 5, 0, 100);
+      add(unit, circuit, shift + 5, shift + 10, 100, 0);
     }
   szText.back() = ']';
   return szText + "}";
@@ -237,7 +257,7 @@ std::string EventsFile() {
 }
 
 /// Plays the file in a loop on the real host; the bare sender and both receivers run beside it.
-void Run(const char* name, const std::string& szFile, int seconds, int64_t framesARound) {
+void Run(const char* name, const std::string& szFile, int seconds, bool sharp, int64_t framesARound) {
   const std::string szPath = (std::filesystem::temp_directory_path() / "vex_output_bench.seq").string();
   std::ofstream(szPath, std::ios::binary) << szFile;
 
@@ -245,9 +265,10 @@ void Run(const char* name, const std::string& szFile, int seconds, int64_t frame
   Receiver bareReceived(BarePort);
   int64_t bareStart = 0;
   double bareCpu = 0;
-  std::thread bare([&] { BareSender(seconds, bareStart, bareCpu); });
+  std::thread bare([&] { BareSender(seconds, sharp, bareStart, bareCpu); });
 
   std::unique_ptr<Host> host = NativeHost();
+  if (sharp && !host->SharpTimers()) std::puts("sharp timers are not granted");
   OutputSettings settings;
   settings.Host = "127.0.0.1";
   settings.SourceName = SourceName;
@@ -274,7 +295,8 @@ void Run(const char* name, const std::string& szFile, int seconds, int64_t frame
   engine.Stop();
   bare.join();
 
-  const Result ours = Measure(received.Stop(), start, framesARound, cpu);
+  const std::vector<Arrival>& arrivals = received.Stop();
+  const Result ours = Measure(arrivals, framesARound > 0 ? start : Phase(arrivals), framesARound, cpu);
   const Result bareResult = Measure(bareReceived.Stop(), bareStart, 65536, bareCpu);
   Print(name, ours);
   Print("  bare timerfd and sendmmsg", bareResult);
@@ -287,8 +309,9 @@ void Run(const char* name, const std::string& szFile, int seconds, int64_t frame
 
 int main(int argc, char** argv) {
   const int seconds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 60;
-  vex::Run("frames, 4 x 512 slots at 40/s", vex::FrameFile(), seconds, vex::FramesARound);
-  vex::Run("moves, 4 x 512 slots at 40/s", vex::MovesFile(), seconds, 0);
-  vex::Run("events, one every 50 ms", vex::EventsFile(), seconds, 0);
+  const bool sharp = argc > 2 && std::strcmp(argv[2], "sharp") == 0;
+  vex::Run("frames, 4 x 512 slots at 40/s", vex::FrameFile(), seconds, sharp, vex::FramesARound);
+  vex::Run("moves, 4 x 512 slots at 40/s", vex::MovesFile(), seconds, sharp, 0);
+  vex::Run("events, one every 50 ms", vex::EventsFile(), seconds, sharp, 0);
   return 0;
 }

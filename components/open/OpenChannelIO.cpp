@@ -44,6 +44,7 @@ bool OpenChannelIO::AcceptsCircuit(int32_t lNetwork, int32_t lUnit, int32_t lCir
 void OpenChannelIO::SendEvent(int32_t lNetwork, int32_t lUnit, int32_t lCircuit, double startLevel,
                               double endLevel, const std::string&, double, int32_t, int32_t,
                               int32_t lDurationMs) {
+  if (!m_Network.Sends()) m_Network.ExplainSilence();
   if (!m_Network.Sends() || !AcceptsCircuit(lNetwork, lUnit, lCircuit)) return;
   OutputUniverse& universe = Universe(lNetwork, lUnit);
   const auto slot = static_cast<size_t>(lCircuit - 1);

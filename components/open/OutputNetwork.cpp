@@ -64,6 +64,11 @@ void OutputNetwork::SendDiscovery(std::span<const uint16_t> universes) {
   }
 }
 
+void OutputNetwork::ExplainSilence() {
+  if (m_Settings.Protocol == OutputProtocol::Unknown)
+    Failed("setting \"Protocol\" in \"Output\" must be sacn, artnet or none");
+}
+
 void OutputNetwork::LookUpHost() {
   uint32_t address = 0;
   m_LookedUp = m_Clock.Elapsed();

@@ -24,8 +24,12 @@ class OutputNetwork {
   OutputNetwork(Clock& clock, Datagrams& datagrams, const OutputSettings& settings,
                 const std::string& szMachineId);
 
-  /// False for protocol "none".
-  [[nodiscard]] bool Sends() const { return m_Settings.Protocol != OutputProtocol::None; }
+  /// False for protocol "none" and one that is not known.
+  [[nodiscard]] bool Sends() const {
+    return m_Settings.Protocol == OutputProtocol::E131 || m_Settings.Protocol == OutputProtocol::ArtNet;
+  }
+  /// Tells once that nothing is sent because the protocol is not known.
+  void ExplainSilence();
   /// Only E1.31 has universe discovery and a mark for the end of a stream.
   [[nodiscard]] bool IsE131() const { return m_Settings.Protocol == OutputProtocol::E131; }
 

@@ -13,12 +13,10 @@ namespace {
 constexpr int32_t HighestPriority = 200;
 constexpr int32_t HighestFrameRate = 250;
 
-/// A protocol that is not known sends nothing: whoever meant another one sees dark lights and not a
-/// network flooded with the wrong packets.
 OutputProtocol ProtocolNamed(const std::string& szName) {
   if (szName == "sacn") return OutputProtocol::E131;
   if (szName == "artnet") return OutputProtocol::ArtNet;
-  return OutputProtocol::None;
+  return szName == "none" ? OutputProtocol::None : OutputProtocol::Unknown;
 }
 
 }  // namespace

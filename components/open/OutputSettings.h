@@ -7,7 +7,9 @@ namespace vex {
 
 class Registry;
 
-enum class OutputProtocol : uint8_t { None, E131, ArtNet };
+/// Unknown sends nothing, as None does, but says so: whoever meant another protocol must not wonder why the
+/// lights stay dark.
+enum class OutputProtocol : uint8_t { None, E131, ArtNet, Unknown };
 
 /// How lighting data leave the machine: the product subkey "Output". Texts are single-byte.
 struct OutputSettings {

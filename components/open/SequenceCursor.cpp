@@ -12,7 +12,7 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::nanoseconds;
 
-constexpr int32_t CircuitsPerUnit = 512;
+constexpr uint32_t CircuitsPerUnit = 512;
 
 std::array<double, 256> LevelTable() {
   constexpr double ByteOfOne = 2.55;
@@ -201,7 +201,7 @@ void SequenceCursor::FillCue(LightingEvent& event) {
   event.EndTime = Milliseconds(cue.End);
 }
 
-void SequenceCursor::FillFrame(LightingEvent& event, size_t index, int32_t lTimeMs) const {
+void SequenceCursor::FillFrame(LightingEvent& event, size_t index, int32_t lTimeMs) {
   Address(event, CircuitOf(index));
   event.StartLevel = event.EndLevel = LevelOfByte[m_Set[index]];
   event.Command.clear();
@@ -209,16 +209,19 @@ void SequenceCursor::FillFrame(LightingEvent& event, size_t index, int32_t lTime
   event.StartTime = event.EndTime = lTimeMs;
 }
 
-CircuitAddress SequenceCursor::CircuitOf(size_t index) const {
-  const auto after = std::upper_bound(m_RangeBegins.begin(), m_RangeBegins.end(), index);
-  const auto range = static_cast<size_t>(after - m_RangeBegins.begin()) - 1;
-  const size_t offset = index - m_RangeBegins[range];
-  const auto channel = static_cast<int32_t>(m_Sequence.Frames->Header().Ranges[range].First + offset);
-  return {0, channel / CircuitsPerUnit + 1, channel % CircuitsPerUnit + 1};
+/// Asked in rising order within a frame, so the range is the one of the last answer or soon after it.
+CircuitAddress SequenceCursor::CircuitOf(size_t index) {
+  const auto& ranges = m_Sequence.Frames->Header().Ranges;
+  if (index < m_RangeBegins[m_Range]) m_Range = 0;
+  while (index - m_RangeBegins[m_Range] >= ranges[m_Range].Count) ++m_Range;
+  const auto channel = static_cast<uint32_t>(ranges[m_Range].First + index - m_RangeBegins[m_Range]);
+  return {0, static_cast<int32_t>(channel / CircuitsPerUnit + 1),
+          static_cast<int32_t>(channel % CircuitsPerUnit + 1)};
 }
 
 bool SequenceCursor::FramesUse(const CircuitAddress& circuit) const {
-  if (!m_Sequence.Frames || circuit.Network != 0 || circuit.Circuit < 1 || circuit.Circuit > CircuitsPerUnit)
+  if (!m_Sequence.Frames || circuit.Network != 0 || circuit.Circuit < 1 ||
+      circuit.Circuit > int32_t{CircuitsPerUnit})
     return false;
   const int64_t channel = (int64_t{circuit.Unit} - 1) * CircuitsPerUnit + circuit.Circuit - 1;
   const auto& ranges = m_Sequence.Frames->Header().Ranges;

@@ -47,8 +47,8 @@ class SequenceCursor {
   void Fetch(uint32_t frame);
   [[nodiscard]] bool NextChange(LightingEvent& event);
   void FillCue(LightingEvent& event);
-  void FillFrame(LightingEvent& event, size_t index, int32_t lTimeMs) const;
-  [[nodiscard]] CircuitAddress CircuitOf(size_t index) const;
+  void FillFrame(LightingEvent& event, size_t index, int32_t lTimeMs);
+  [[nodiscard]] CircuitAddress CircuitOf(size_t index);
   [[nodiscard]] bool FramesUse(const CircuitAddress& circuit) const;
 
   OpenSequence& m_Sequence;
@@ -62,6 +62,7 @@ class SequenceCursor {
   std::vector<uint8_t> m_Set;         // the levels that the frames have set so far
   std::vector<uint8_t> m_Frame;       // the frame fetched, while m_Fetched
   std::vector<uint8_t> m_SetUsed;     // by frames
+  size_t m_Range = 0;                 // the range asked last
   std::vector<size_t> m_RangeBegins;  // where each range of channels begins in a frame
   std::optional<uint32_t> m_Fetched;
   bool m_SetAll = true;        // the frame sets every channel that is or was lit

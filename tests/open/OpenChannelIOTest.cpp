@@ -550,6 +550,17 @@ TEST(OpenChannelIO, ProtocolNoneSendsNothing) {
   EXPECT_EQ(rig.Host.EventLoop().Ticks(), 0U);
 }
 
+TEST(OpenChannelIO, AnUnknownProtocolSendsNothingAndSaysSoOnce) {
+  OutputSettings settings;
+  settings.Protocol = OutputProtocol::Unknown;
+  OutputRig rig(settings);
+  EXPECT_THAT(rig.Troubles, IsEmpty());
+  rig.Light(1, 2, 100);
+  rig.Light(1, 2, 50);
+  EXPECT_THAT(rig.Troubles, ElementsAre(HasSubstr("must be sacn, artnet or none")));
+  EXPECT_THAT(rig.Host.Datagrams().Sent(), IsEmpty());
+}
+
 TEST(OpenChannelIO, KeepsTheLinkAndTellsOfIt) {
   OutputRig rig;
   std::vector<std::string> told;

@@ -53,14 +53,14 @@ TEST(OutputSettings, ReadsEveryValue) {
   EXPECT_EQ(read.MediaOffset, -35);
 }
 
-TEST(OutputSettings, ProtocolNamesCompareWithoutCaseAndUnknownOnesSendNothing) {
+TEST(OutputSettings, ProtocolNamesCompareWithoutCase) {
   Settings settings;
   settings.Text("Protocol", "sACN");
   EXPECT_EQ(settings.Read().Protocol, OutputProtocol::E131);
   settings.Text("Protocol", "none");
   EXPECT_EQ(settings.Read().Protocol, OutputProtocol::None);
   settings.Text("Protocol", "kinet");
-  EXPECT_EQ(settings.Read().Protocol, OutputProtocol::None);
+  EXPECT_EQ(settings.Read().Protocol, OutputProtocol::Unknown);
 }
 
 TEST(OutputSettings, NumbersBeyondTheNetworkBecomeTheNearest) {
