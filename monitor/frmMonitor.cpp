@@ -7,6 +7,7 @@
 #include "basic/Number.h"
 #include "host/MessageBoxes.h"
 #include "host/SingleInstance.h"
+#include "player/Handlers.h"
 #include "player/ShowPlayer.h"
 #include "schedule/ScheduleFunctions.h"
 #include "schedule/YearScheduleFunctions.h"
@@ -42,15 +43,6 @@ Error CurrentError() {
     return error;
   } catch (const std::exception& error) {
     return Error(0, "", error.what());
-  }
-}
-
-template <class Body>
-void IgnoreErrors(Body&& body) {
-  try {
-    body();
-  } catch (const std::exception&) {
-    // The form goes whatever fails.
   }
 }
 

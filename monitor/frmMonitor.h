@@ -149,10 +149,12 @@ class frmMonitor final : public StatusReport {
   // Status.
   bool SendToTray(int32_t lMessageType, const std::string& szText);
   bool SendStatusToVexTray(const std::string& szText);
+  void TellLine(const std::string& szText);
   void FlushPendingStatus();
   void AnnounceToTray();
   void SendReport(bool boolForce);
   [[nodiscard]] Report WorkOutReport() const;
+  void TakeOver(const Report& report);
   void StatusChanged();
   void WriteStatusFile();
   [[nodiscard]] PlayerStatus CurrentStatus();

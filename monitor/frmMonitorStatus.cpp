@@ -2,6 +2,7 @@
 
 #include "basic/Error.h"
 #include "monitor/frmMonitor.h"
+#include "player/Handlers.h"
 #include "player/PlayType.h"
 #include "player/SequencePlayInfo.h"
 #include "player/ShowPlayer.h"
@@ -25,20 +26,21 @@ std::optional<std::string> Serialized(const std::shared_ptr<MonitoredShowEvent>&
 
 }  // namespace
 
+// A line that cannot be told is lost; whoever wrote it goes on.
 void frmMonitor::LogMessage(int32_t lLevel, const std::string& szText, const SequencePlayInfo* playInfo) {
   if (szText.empty()) return;
-  try {
+  IgnoreErrors([&] {
     if (m_Surroundings.LogTrace) m_Surroundings.LogTrace(lLevel, szText, playInfo);
-    if (lLevel <= 0) return;
-    const std::string szMessage = szText + SequenceText(playInfo);
-    if (lLevel >= LevelError) NoteFailure(szMessage);
-    if (playInfo != nullptr) StatusChanged();  // the list of playing sequences changes with such lines
-    const std::string szLine = m_Clock.ShortTime() + ": " + szMessage;
-    if (m_TrayHwnd != 0) FlushPendingStatus();
-    if (m_TrayHwnd == 0 || !SendStatusToVexTray(szLine)) m_PendingStatus.Append(szLine);
-  } catch (const std::exception&) {
-    // A line that cannot be told is lost; whoever wrote it goes on.
-  }
+    if (lLevel > 0) TellLine(szText + SequenceText(playInfo));
+  });
+  if (lLevel >= LevelError) IgnoreErrors([&] { NoteFailure(szText + SequenceText(playInfo)); });
+  if (lLevel > 0 && playInfo != nullptr) StatusChanged();  // with such lines the list of what plays changes
+}
+
+void frmMonitor::TellLine(const std::string& szText) {
+  const std::string szLine = m_Clock.ShortTime() + ": " + szText;
+  if (m_TrayHwnd != 0) FlushPendingStatus();
+  if (m_TrayHwnd == 0 || !SendStatusToVexTray(szLine)) m_PendingStatus.Append(szLine);
 }
 
 // A tray whose window is gone counts as unknown again.
@@ -73,23 +75,17 @@ void frmMonitor::AnnounceToTray() {
 // The player reports once more while it is released during the unload. The schedules are gone by then, so
 // only a player without schedules has something to tell; errors of an unload are ignored.
 void frmMonitor::ReportShowsToTray(bool boolForce) {
-  if (!m_Unloaded) {
+  if (m_Unloaded) {
+    IgnoreErrors([&] { SendReport(boolForce); });
+  } else {
     SendReport(boolForce);
-    return;
-  }
-  try {
-    SendReport(boolForce);
-  } catch (const std::exception&) {
-    // The tray hears nothing more.
   }
 }
 
 void frmMonitor::SendReport(bool boolForce) {
   if (m_TrayHwnd == 0 && !m_StatusFile) return;
   Report report = WorkOutReport();
-  m_Status.Current = report.Current.value_or("");
-  m_Status.Next = report.Next.value_or("");
-  StatusChanged();
+  TakeOver(report);
   if (m_TrayHwnd == 0 || (!boolForce && m_LastReport == report)) return;
   if (!SendToTray(MessageNextShow, m_Status.Next)) return;
   if (!SendToTray(MessageCurrentShow, m_Status.Current)) return;
@@ -106,13 +102,13 @@ frmMonitor::Report frmMonitor::WorkOutReport() const {
 void frmMonitor::HeartbeatFailed(const std::string& szDescription) {
   NoteFailure("tmNextAction_Timer Error: " + szDescription);
   if (!m_StatusFile || m_Unloaded) return;
-  try {
-    const Report report = WorkOutReport();
-    m_Status.Current = report.Current.value_or("");
-    m_Status.Next = report.Next.value_or("");
-  } catch (const std::exception&) {
-    // They stay as they were last worked out.
-  }
+  IgnoreErrors([this] { TakeOver(WorkOutReport()); });
+}
+
+void frmMonitor::TakeOver(const Report& report) {
+  m_Status.Current = report.Current.value_or("");
+  m_Status.Next = report.Next.value_or("");
+  StatusChanged();
 }
 
 void frmMonitor::NoteFailure(const std::string& szText) {

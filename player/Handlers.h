@@ -26,4 +26,14 @@ bool GuardHandler(StatusReport& report, const char* szHandler, Body&& body) {
   return false;
 }
 
+/// Where a failure changes nothing any more and nobody could be told: whatever is raised inside ends there.
+template <class Body>
+void IgnoreErrors(Body&& body) {
+  try {
+    std::forward<Body>(body)();
+  } catch (const std::exception&) {
+    return;
+  }
+}
+
 }  // namespace vex

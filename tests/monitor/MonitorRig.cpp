@@ -95,10 +95,10 @@ void MonitorRig::Make() {
     if (playInfo) szLine += " " + PlayTypeWord(playInfo->PlayType()) + ": " + playInfo->Filename();
     AllLines.push_back(szLine);
   };
-  Monitor = std::make_unique<frmMonitor>(
-      MonitorSurroundings{Host.Clock(), Host.EventLoop(), Host.Windows(), Host.Registry(), Host.Files(),
-                          Host.Processes(), Host.SingleInstance(), Host.MessageBoxes(), newDevices,
-                          CommandLine, 1, StatusFile ? StatusPath : "", 4711, CheckInstallation, trace});
+  Monitor = std::make_unique<frmMonitor>(MonitorSurroundings{
+      Time ? *Time : Host.Clock(), Host.EventLoop(), Desktop ? *Desktop : Host.Windows(), Host.Registry(),
+      Host.Files(), Host.Processes(), Host.SingleInstance(), Host.MessageBoxes(), newDevices, CommandLine, 1,
+      StatusFile ? StatusPath : "", 4711, CheckInstallation, trace});
 }
 
 void MonitorRig::Load() {

@@ -104,6 +104,8 @@ class MonitorRig {
   bool CheckInstallation = false;
   bool StatusFile = false;
   std::function<void()> FailDevices;
+  Windows* Desktop = nullptr;  ///< in place of the host's
+  Clock* Time = nullptr;       ///< in place of the host's
   FakeEngine::Library Library;
   Transcript Lines;
   std::shared_ptr<LinkedLights> Lights;
