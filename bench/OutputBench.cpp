@@ -247,7 +247,7 @@ std::string MovesFile() {
 std::string EventsFile() {
   std::string szText = R"({"duration":10,"events":[)";
   int number = 0;
-  for (int ms = 50; ms < 9950; ms += 50, ++number) {
+  for (int ms = 0; ms < 10000; ms += 50, ++number) {
     const int level = number % 2 == 0 ? 100 : 0;
     szText += R"({"start":)" + std::to_string(ms / 1000.0) + R"(,"circuit":9,"from":)" +
               std::to_string(level) + R"(,"to":)" + std::to_string(level) + "},";

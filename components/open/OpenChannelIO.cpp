@@ -153,7 +153,12 @@ void OpenChannelIO::SendWaiting(OutputUniverse& universe, Elapsed now) {
 }
 
 void OpenChannelIO::SendUnchanged(OutputUniverse& universe, Elapsed now) {
-  if (now >= UnchangedDue(universe)) Emit(universe, now);
+  if (now < UnchangedDue(universe)) return;
+  universe.Advance(now);  // every packet holds the newest levels, one between two frames too
+  if (universe.Changed())
+    SendOrWait(universe, now);
+  else
+    Emit(universe, now);
 }
 
 void OpenChannelIO::SendOrWait(OutputUniverse& universe, Elapsed now) {

@@ -50,8 +50,9 @@ std::string CueFileOf(const std::vector<Cue>& cues, bool boolShuffle) {
                       {"from", cue.From},
                       {"to", cue.To},
                       {"rate", cue.Rate}});
-  if (boolShuffle && events.size() > 1 && cues.front().Start != cues.back().Start)
-    std::swap(events.front(), events.back());
+  // Out of order, but not those that begin together: of them the later in the file has the last word.
+  if (boolShuffle && events.size() > 1 && cues[0].Start != cues[1].Start)
+    std::rotate(events.begin(), events.begin() + 1, events.end());
   return nlohmann::json{{"duration", static_cast<double>(LengthMs) / 1000}, {"events", events}}.dump();
 }
 

@@ -277,6 +277,17 @@ TEST(OpenChannelIO, AFrameWithoutChangeSendsNothing) {
   EXPECT_LT(rig.Packets().size(), 20U);
 }
 
+TEST(OpenChannelIO, ARepeatBetweenTwoFramesHoldsTheMovesNewestLevels) {
+  OutputRig rig;
+  rig.Light(1, 1, 1);
+  rig.Advance(40);
+  rig.Event(1, 2, 0, 100, 20);  // arrives at 60, its next frame is at 65
+  rig.Lights->Flush();
+  rig.Advance(24);
+  EXPECT_THAT(rig.Times(), ElementsAre(0, 63));
+  EXPECT_THAT(rig.Values(1), ElementsAre(0, 255));
+}
+
 TEST(OpenChannelIO, EventsOfMovesUnderWayDoNotWaitBehindFrames) {
   OutputRig rig;
   rig.Event(1, 1, 0, 100, 10000);
