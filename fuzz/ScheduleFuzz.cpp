@@ -6,7 +6,9 @@
 #include <string_view>
 
 #include "schedule/ScheduleFunctions.h"
+#include "schedule/ShowEventFunctions.h"
 #include "schedule/YearScheduleFunctions.h"
+#include "show/lists/Serialize.h"
 
 namespace {
 
@@ -16,13 +18,15 @@ void Expect(bool boolHolds) {
   if (!boolHolds) std::abort();
 }
 
-/// Shows of no length, which stand for the whole week, and times far before the week are beyond the rules
+/// Events of no length, which stand for the whole week, and times far before the week are beyond the rules
 /// of the chain; a file may hold them all the same.
-bool IsOrdinary(const Schedule& schedule) {
-  for (const auto* node = schedule.FirstNode(); node; node = node->NextNode()) {
-    const ShowEvent& event = *node->Obj();
-    if (event.StartTime()->TimeVal() < 0 || event.EndTime()->TimeVal() < 0) return false;
-    if (schedule.Count() > 1 && event.StartTime()->Equals(event.EndTime())) return false;
+bool IsOrdinary(std::string_view szText) {
+  const FieldViews fields = SplitList(szText);
+  if (fields.Length() == 1 && fields.Element(1).empty()) return true;
+  for (const std::string_view szEvent : fields) {
+    const auto event = ShowEventFromText(szEvent);
+    if (event->StartTime()->TimeVal() < 0 || event->EndTime()->TimeVal() < 0) return false;
+    if (event->StartTime()->Equals(event->EndTime())) return false;
   }
   return true;
 }
@@ -48,7 +52,7 @@ void RemoveAllShows(Schedule& schedule) {
 
 void ReadWeek(std::string_view szText) {
   const auto schedule = ScheduleFromText(szText);
-  if (!IsOrdinary(*schedule)) return;
+  if (!IsOrdinary(szText)) return;
   CheckChain(*schedule);
   const auto again = ScheduleFromText(ScheduleToText(*schedule));
   CheckChain(*again);

@@ -73,6 +73,11 @@ void InteractiveGroup::AddTriggeredSequences(std::shared_ptr<TriggeredSequences>
   m_Entries.push_back(std::move(entry));
 }
 
+void InteractiveGroup::AddTriggeredSequences(std::span<const std::shared_ptr<TriggeredSequences>> entries) {
+  BreakSeal();
+  m_Entries.insert(m_Entries.end(), entries.begin(), entries.end());
+}
+
 void InteractiveGroup::DeleteTriggeredSequence(int32_t lIndex) {
   const size_t position = Position(lIndex);
   BreakSeal();

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,6 +46,7 @@ class InteractiveGroup : public SealedPart {
   /// Index 0 to Count - 1; raises ErrorSubscript outside.
   [[nodiscard]] const std::shared_ptr<TriggeredSequences>& GetTriggeredSequences(int32_t lIndex) const;
   void AddTriggeredSequences(std::shared_ptr<TriggeredSequences> entry);
+  void AddTriggeredSequences(std::span<const std::shared_ptr<TriggeredSequences>> entries);
   void DeleteTriggeredSequence(int32_t lIndex);
   /// True when any entry is triggered; the first match ends the search.
   [[nodiscard]] bool Triggered(const Trigger* trigger) const;

@@ -1,10 +1,12 @@
 #include "show/ShowFunctions.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
 #include "basic/Error.h"
 #include "show/InteractiveGroupFunctions.h"
+#include "show/PlainShow.h"
 #include "show/PlaylistFunctions.h"
 #include "show/TriggerFunctions.h"
 #include "show/lists/Serialize.h"
@@ -58,7 +60,8 @@ std::string GroupsToText(const InteractiveGroupCollection& groups) {
   return ListToText(fields);
 }
 
-InteractiveGroupCollection WithoutEmptyEntries(const InteractiveGroupCollection& groups) {
+InteractiveGroupCollection WithoutEmptyEntries(InteractiveGroupCollection groups) {
+  if (std::find(groups.begin(), groups.end(), nullptr) == groups.end()) return groups;
   InteractiveGroupCollection kept;
   for (const auto& group : groups) {
     if (group) kept.Add(group);
@@ -84,6 +87,7 @@ std::string ShowToText(const Show& show) {
 }
 
 std::shared_ptr<Show> ShowFromText(std::string_view szText) {
+  if (auto show = PlainShowFromText(szText)) return show;
   const TextArray<std::string_view> fields = SplitShow(szText);
   const FieldViews groupFields = SplitList(fields.Element(FieldInteractiveGroups));
 
@@ -126,7 +130,7 @@ std::shared_ptr<Show> NewShow(std::shared_ptr<Playlist> startup, std::shared_ptr
   show->Shutdown(std::move(shutdown));
   show->Main(std::move(main));
   show->Musical(std::move(musical));
-  show->InteractiveGroups(WithoutEmptyEntries(groups));
+  show->InteractiveGroups(WithoutEmptyEntries(std::move(groups)));
   show->Background(std::move(background));
   show->StartupType(lStartupType);
   show->StartupTrigger(std::move(startupTrigger));

@@ -8,23 +8,30 @@ namespace vex {
 
 void StringCollection::Add(std::string_view szName) {
   BreakSeal();
-  m_Spans.push_back(Append(szName));
+  const Span span = Append(szName);
+  if (m_Count < FirstCount) {
+    m_First[m_Count] = span;
+  } else {
+    m_Rest.push_back(span);
+  }
+  ++m_Count;
 }
 
 void StringCollection::Replace(int32_t lIndex, std::string_view szName) {
   const size_t position = Position(lIndex);
   BreakSeal();
-  m_Spans[position] = Append(szName);
+  (position < FirstCount ? m_First[position] : m_Rest[position - FirstCount]) = Append(szName);
 }
 
 void StringCollection::Clear() {
   BreakSeal();
   m_Text.clear();
-  m_Spans.clear();
+  m_Rest.clear();
+  m_Count = 0;
 }
 
 void StringCollection::Reserve(size_t names, size_t characters) {
-  m_Spans.reserve(m_Spans.size() + names);
+  if (m_Count + names > FirstCount) m_Rest.reserve(m_Count + names - FirstCount);
   m_Text.reserve(m_Text.size() + characters);
 }
 

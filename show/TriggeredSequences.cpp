@@ -12,6 +12,14 @@ void TriggeredSequences::AddSequence(std::string_view szName) {
   m_Sequences.Add(szName);
 }
 
+void TriggeredSequences::AddSequences(std::span<const std::string_view> names) {
+  BreakSeal();
+  size_t characters = 0;
+  for (const std::string_view szName : names) characters += szName.size();
+  m_Sequences.Reserve(names.size(), characters);
+  for (const std::string_view szName : names) m_Sequences.Add(szName);
+}
+
 void TriggeredSequences::ClearSequences() {
   BreakSeal();
   m_Sequences.Clear();

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <memory_resource>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,10 +18,13 @@ namespace vex {
 class TriggeredSequences : public SealedPart {
  public:
   TriggeredSequences() = default;
+  /// Keeps its names in that memory, which outlives the entry.
+  explicit TriggeredSequences(std::pmr::memory_resource* memory) : m_Sequences(memory) {}
   TriggeredSequences(const TriggeredSequences&) = delete;
   TriggeredSequences& operator=(const TriggeredSequences&) = delete;
 
   void AddSequence(std::string_view szName);
+  void AddSequences(std::span<const std::string_view> names);
   void ClearSequences();
   /// Trigger and names of the other, nothing shared; the round robin stays where it is. Raises
   /// ErrorObjectNotSet when the other has no trigger.

@@ -132,6 +132,15 @@ TEST(InteractiveGroup, EntriesCountFromZero) {
   EXPECT_EQ(SubscriptError, RaisedError([&] { (void)group.GetTriggeredSequences(-1); }));
 }
 
+TEST(InteractiveGroup, SeveralEntriesCanBeAddedAtOnce) {
+  InteractiveGroup group;
+  const std::vector<std::shared_ptr<TriggeredSequences>> entries = {Entry(1), Entry(2)};
+  group.AddTriggeredSequences(Entry(0));
+  group.AddTriggeredSequences(entries);
+  ASSERT_EQ(3, group.Count());
+  EXPECT_EQ(entries[1], group.GetTriggeredSequences(2));
+}
+
 TEST(InteractiveGroup, DeletingAnEntryMovesTheLaterOnesDown) {
   InteractiveGroup group;
   const auto first = Entry(1), second = Entry(2), third = Entry(3);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "show/PlainShow.h"
 #include "show/PlaylistFunctions.h"
 #include "show/Show.h"
 #include "show/ShowFunctions.h"
@@ -83,6 +84,50 @@ TEST(ShowProperty, AnyShowComesBackToTheByte) {
     RC_ASSERT(read != nullptr);
     RC_ASSERT(ShowToText(*read) == szText);
     RC_ASSERT(show->HasSameContents(read.get()));
+  }));
+}
+
+/// The same show with one field more than is known: it is read by the rules, field by field.
+std::string NotPlain(const std::string& szText) {
+  return szText.substr(0, szText.rfind(')')) + ",x)";
+}
+
+void CheckSameShow(const Show& one, const Show& other) {
+  RC_ASSERT(ShowToText(one) == ShowToText(other));
+  RC_ASSERT(one.InteractiveGroups().Count() == other.InteractiveGroups().Count());
+  for (int32_t lIndex = 1; lIndex <= one.InteractiveGroups().Count(); ++lIndex) {
+    const auto& group = *one.InteractiveGroups().Item(lIndex);
+    const auto& otherGroup = *other.InteractiveGroups().Item(lIndex);
+    RC_ASSERT(group.TypeName() == otherGroup.TypeName());
+    RC_ASSERT(group.TypeDesc() == otherGroup.TypeDesc());
+  }
+}
+
+TEST(ShowProperty, ThePlainReaderGivesWhatTheRulesGive) {
+  EXPECT_TRUE(rc::check("plain == by the rules", [] {
+    const std::string szText = ShowToText(*AnyShow());
+    const auto plain = PlainShowFromText(szText);
+    RC_ASSERT(plain != nullptr);
+    RC_ASSERT(PlainShowFromText(NotPlain(szText)) == nullptr);
+    const auto byTheRules = ShowFromText(NotPlain(szText));
+    RC_ASSERT(byTheRules != nullptr);
+    CheckSameShow(*plain, *byTheRules);
+  }));
+}
+
+TEST(ShowProperty, ThePlainReaderPassesOnWhatIsDamaged) {
+  EXPECT_TRUE(rc::check("damaged text", [] {
+    std::string szText = ShowToText(*AnyShow());
+    const std::string szDamages = "(),*TFx0-";
+    for (int32_t lLeft = *rc::gen::inRange(1, 4); lLeft > 0; --lLeft) {
+      const size_t position = *rc::gen::inRange<size_t>(0, szText.size());
+      szText[position] = szDamages[*rc::gen::inRange<size_t>(0, szDamages.size())];
+    }
+    const auto plain = PlainShowFromText(szText);
+    if (!plain) return;
+    const auto byTheRules = ShowFromText(NotPlain(szText));
+    RC_ASSERT(byTheRules != nullptr);
+    CheckSameShow(*plain, *byTheRules);
   }));
 }
 

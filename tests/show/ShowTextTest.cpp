@@ -51,6 +51,22 @@ TEST(ShowText, IsReadAndWrittenToTheByte) {
   }
 }
 
+TEST(ShowText, APartOutlivesItsShow) {
+  std::shared_ptr<TriggeredSequences> entry;
+  {
+    const auto show = ShowFromText(FullShow);
+    entry = show->InteractiveGroups().Item(1)->GetTriggeredSequences(0);
+  }
+  EXPECT_EQ("x.seq", entry->Sequence(0));
+  EXPECT_EQ("Door", entry->Trig()->Name());
+  entry->AddSequence("added.seq");
+  EXPECT_EQ("added.seq", entry->Sequence(2));
+  TriggeredSequences copy;
+  copy.Copy(*entry);
+  entry.reset();
+  EXPECT_EQ("added.seq", copy.Sequence(2));
+}
+
 TEST(ShowText, ReadsEveryField) {
   const auto show = ShowFromText(FullShow);
   ASSERT_NE(nullptr, show);

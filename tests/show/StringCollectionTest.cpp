@@ -54,6 +54,17 @@ TEST(StringCollection, ReplacesOneNameAndKeepsTheOthers) {
   EXPECT_EQ((std::vector<std::string>{"a", "a longer name", "c"}), Names(names));
 }
 
+TEST(StringCollection, HoldsAnyCountOfNames) {
+  StringCollection names;
+  for (int32_t lIndex = 1; lIndex <= 1000; ++lIndex) names.Add("name " + std::to_string(lIndex));
+  for (int32_t lIndex = 1; lIndex <= 1000; ++lIndex) {
+    EXPECT_EQ("name " + std::to_string(lIndex), names.Item(lIndex));
+  }
+  names.Replace(4, "four");
+  EXPECT_EQ("four", names.Item(4));
+  EXPECT_EQ(1000, names.Count());
+}
+
 TEST(StringCollection, UnescapesTheFieldsOfAList) {
   StringCollection names;
   names.AddEscaped(std::vector<std::string_view>{"plain", "a*Sb", "*Oc*C*E"});
