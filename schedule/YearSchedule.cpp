@@ -50,17 +50,16 @@ YearSchedule::ScheduleReference YearSchedule::DateSchedule(DateTime dtTime) cons
 }
 
 YearSchedule::ScheduleReference YearSchedule::ScheduleByKey(const std::string& szKey) const {
-  const auto found = m_Days.find(szKey);
-  return found == m_Days.end() ? nullptr : found->second.Shows;
+  const auto found = m_ByKey.find(szKey);
+  return found == m_ByKey.end() ? nullptr : found->second;
 }
 
 void YearSchedule::AddSchedule(DateTime dtTime, ScheduleReference schedule) {
   m_Modified = true;
   const std::string szKey = DateToString(dtTime);
-  if (!m_Days.try_emplace(szKey, Day{dtTime.DatePart(), std::move(schedule)}).second) {
-    throw PlatformError(ErrorInvalidCall);
-  }
+  if (!m_ByKey.try_emplace(szKey, schedule).second) throw PlatformError(ErrorInvalidCall);
   m_Keys.Add(szKey);
+  m_Days.push_back({dtTime.DatePart(), std::move(schedule)});
 }
 
 void YearSchedule::AddShowEventByFile(const std::string& szFilename, DateTime startTime, DateTime endTime) {
@@ -102,12 +101,14 @@ void YearSchedule::CheckMidnight(DateTime startTime, DateTime endTime, const Wee
 void YearSchedule::RemoveShowEvent(DateTime dtTime, Schedule::ShowNode* node) {
   m_Modified = true;
   const std::string szKey = DateToString(dtTime);
-  Schedule& schedule = Required(ScheduleByKey(szKey));
-  schedule.RemoveShowEvent(node);
-  if (schedule.Count() != 1) return;
-  m_Days.erase(szKey);
+  const ScheduleReference schedule = ScheduleByKey(szKey);
+  Required(schedule).RemoveShowEvent(node);
+  if (schedule->Count() != 1) return;
+  m_ByKey.erase(szKey);
   for (int32_t lIndex = m_Keys.Count(); lIndex >= 1; --lIndex) {
-    if (m_Keys.Item(lIndex) == szKey) m_Keys.Remove(lIndex);
+    if (m_Keys.Item(lIndex) != szKey) continue;
+    m_Keys.Remove(lIndex);
+    m_Days.erase(m_Days.begin() + (lIndex - 1));
   }
 }
 
@@ -116,8 +117,7 @@ std::shared_ptr<ShowEvent> YearSchedule::FirstShowWithinRange(const TimeRange& t
   constexpr int64_t reach = 2;  // days: a show may run past one midnight
   std::shared_ptr<ShowEvent> best;
   DateTime bestStart;
-  for (const std::string& szKey : m_Keys) {
-    const Day& day = m_Days.at(szKey);
+  for (const Day& day : m_Days) {
     if (best && bestStart < day.Date) continue;
     TimeRange days;
     days.StartTime(day.Date);

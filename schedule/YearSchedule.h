@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "basic/Collection.h"
 #include "basic/DateTime.h"
@@ -56,6 +57,7 @@ class YearSchedule {
   bool Save(Files& files, const std::string& szFilename, std::string* szReason = nullptr);
 
  private:
+  /// A date with its schedule, for those who look at all of them.
   struct Day {
     DateTime Date;
     ScheduleReference Shows;
@@ -65,7 +67,8 @@ class YearSchedule {
                      const WeekTime::Reference& end) const;
 
   Collection<std::string> m_Keys;
-  std::unordered_map<std::string, Day> m_Days;
+  std::vector<Day> m_Days;  // in the order of m_Keys
+  std::unordered_map<std::string, ScheduleReference> m_ByKey;
   bool m_Modified = false;
 };
 
