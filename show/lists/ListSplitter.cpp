@@ -113,7 +113,7 @@ class Splitter {
     if (!m_LastComma.IsFrom(m_Mark)) return Finish();
     if (!m_LastClose.IsFrom(position)) Fail(2, "missing closing paren");
     const size_t fieldStart = m_Ends.empty() ? 0 : size_t{m_Ends.back()} + 1;
-    if (!m_LastComma.IsFrom(std::max(fieldStart, m_Mark))) return Finish();
+    if (!m_LastComma.IsFrom(fieldStart)) return Finish();
     m_Depth = 1;
   }
 
