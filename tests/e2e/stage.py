@@ -258,6 +258,7 @@ class Stage(unittest.TestCase):
                         f"no line {text!r} (x{count}) among:\n" + "\n".join(tray.lines()) + "\n" + self.said())
 
     def assert_in_order(self, tray, *texts):
+        tray.wait_line(texts[-1], 5)  # what has arrived is read beside the test
         lines = iter(tray.lines())
         for text in texts:
             self.assertTrue(any(text in line for line in lines),
