@@ -243,9 +243,9 @@ void frmMonitor::RequestGracefulShutdown() {
     Unload();
     return;
   }
+  tmrUnloadGracefully->Enabled(true);  // first, so that a failure does not leave the form waiting for ever
   m_ShowPlayer->NextShow(nullptr);
-  ReportShowsToTray(false);
-  tmrUnloadGracefully->Enabled(true);
+  SendReport(false);
 }
 
 void frmMonitor::RequestImmediateShutdown() {

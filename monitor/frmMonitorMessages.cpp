@@ -31,7 +31,7 @@ void frmMonitor::HandleMessage(const VexMessage& message) {
       break;
     case MessageTrayWindow:
       SetTrayWindow(message.SenderHwnd());
-      ReportShowsToTray(true);
+      SendReport(true);
       break;
     case MessageReloadSchedules:
       LoadSchedules();

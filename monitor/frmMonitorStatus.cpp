@@ -72,13 +72,14 @@ void frmMonitor::AnnounceToTray() {
   m_AnnouncedToTray = SendToTray(MessageInitialized, "");
 }
 
-// The player reports once more while it is released during the unload. The schedules are gone by then, so
-// only a player without schedules has something to tell; errors of an unload are ignored.
+// What the player asks for must not disturb the player, so a report that fails is only noted. It asks once
+// more while it is released during the unload; the schedules are gone by then, so only a player without
+// schedules has something to tell.
 void frmMonitor::ReportShowsToTray(bool boolForce) {
-  if (m_Unloaded) {
-    IgnoreErrors([&] { SendReport(boolForce); });
-  } else {
+  try {
     SendReport(boolForce);
+  } catch (const std::exception& error) {
+    NoteFailure(std::string("ReportShowsToTray Error: ") + error.what());
   }
 }
 

@@ -1,6 +1,7 @@
 #include "basic/Error.h"
 #include "host/Files.h"
 #include "monitor/frmMonitor.h"
+#include "player/Handlers.h"
 #include "player/ShowPlayer.h"
 #include "settings/LibFile.h"
 #include "show/Show.h"
@@ -61,7 +62,7 @@ void frmMonitor::PlayShowEvent(const EventReference& event) {
     Required(show).Monitoring(std::move(monitoring));
     player.NextShow(std::move(show));
   }
-  ReportShowsToTray(false);
+  SendReport(false);
 }
 
 // A name that does not say where it lies is looked for in the current folder, then in the user data folder.
@@ -72,8 +73,15 @@ bool frmMonitor::ReadShowFile(const std::string& szFilename) {
   return ReadFile(files, m_Installation.UserDataPath() + szFilename, m_ShowFileText);
 }
 
+// A show that is still not shutting down missed the request because a device failed; it is asked again.
 void frmMonitor::tmrUnloadGracefully_Timer() {
-  if (!ShowIsPlaying()) Unload();
+  GuardHandler(*this, "tmrUnloadGracefully_Timer", [this] {
+    if (!ShowIsPlaying()) {
+      Unload();
+    } else if (!m_ShowPlayer->CurrentShow()->Monitoring()->ShuttingDown()) {
+      m_ShowPlayer->NextShow(nullptr);
+    }
+  });
 }
 
 }  // namespace vex

@@ -8,6 +8,7 @@
 #include "host/CodePage.h"
 #include "host/Host.h"
 #include "monitor/frmMonitor.h"
+#include "player/Handlers.h"
 #include "schedule/DebugTrace.h"
 #include "settings/LibFile.h"
 #include "settings/LibRegistryVex.h"
@@ -53,11 +54,13 @@ vex::Devices MakeDevices(vex::Host& host) {
 /// The first request from the machine is a graceful one, the next one is not.
 void EndWhenAsked(vex::Host& host, vex::frmMonitor& monitor) {
   host.OnTerminate([&monitor] {
-    if (monitor.ShuttingDown()) {
-      monitor.RequestImmediateShutdown();
-    } else {
-      monitor.RequestGracefulShutdown();
-    }
+    vex::GuardHandler(monitor, "Terminate", [&monitor] {
+      if (monitor.ShuttingDown()) {
+        monitor.RequestImmediateShutdown();
+      } else {
+        monitor.RequestGracefulShutdown();
+      }
+    });
   });
 }
 

@@ -139,6 +139,34 @@ TEST_F(FaultTest, AReportThatIsTooLongEndsTheHeartbeatOnly) {
   EXPECT_EQ(m_Rig.Tray(3).size(), 1U);
 }
 
+TEST_F(FaultTest, AGracefulShutdownThatFailsOnceIsAskedForAgain) {
+  m_Rig.Host.Files().Put("D:\\Data\\eve.shw",
+                         "((2,0,1,0,,),(2,0,1,0,,),(1,0,1,0,,),(2,0,1,0,,),,(2,0,1,0,,),,2,(3,Door,1,0),F)");
+  m_Rig.Load();
+  m_Rig.RunUntil("18:00:12");
+  ASSERT_EQ(m_Rig.Calls("io registerTrigger").size(), 1U);
+  m_Rig.Lights->FailClearTriggers = 2;
+  m_Rig.Send(MessageGracefulShutdown);
+  EXPECT_EQ(m_Rig.Log().back(), "3 tmrVexMsgQueue_Timer Error: triggers stuck");
+  m_Rig.Run(100);
+  EXPECT_EQ(m_Rig.Log().back(), "3 tmrUnloadGracefully_Timer Error: triggers stuck");
+  m_Rig.Run(200);
+  EXPECT_TRUE(m_Rig.Monitor->Unloaded());
+}
+
+TEST_F(FaultTest, AReportThatThePlayerAsksForNeverDisturbsIt) {
+  m_Rig.StatusFile = true;
+  m_Rig.Library["tree"] = {};
+  m_Rig.Show("eve.shw", {"", "tree", "", ""});
+  m_Rig.Load();
+  m_Rig.KnowTray();
+  m_Rig.RunUntil("18:00:09");
+  m_Rig.Host.Windows().LongestMessage(50);
+  m_Rig.RunUntil("18:00:11");
+  EXPECT_TRUE(m_Rig.Logged("1 Starting Animation: tree"));
+  EXPECT_NE(m_Rig.Status().find("is too long to be sent"), std::string::npos);
+}
+
 TEST_F(FaultTest, AShowFileThatFailsForAWhileIsPlayedWhenItCanBeReadAgain) {
   m_Rig.Host.Files().FailReads("D:\\Data\\eve.shw");
   m_Rig.Load();

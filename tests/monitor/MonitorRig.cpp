@@ -45,6 +45,11 @@ void LinkedLights::SupportsSpecial(bool boolSupports) {
   m_Lines.push_back(std::string("link special ") + (boolSupports ? "yes" : "no"));
 }
 
+void LinkedLights::ClearTriggers() {
+  if (FailClearTriggers > 0 && FailClearTriggers-- > 0) throw Error(1, "ChannelIO", "triggers stuck");
+  FakeChannelIO::ClearTriggers();
+}
+
 void LinkedLights::LinkEnabled(bool boolEnabled) {
   m_Lines.push_back(std::string("link ") + (boolEnabled ? "on" : "off"));
 }

@@ -20,7 +20,10 @@ class LinkedLights : public FakeChannelIO {
   void SupportsSpecial(bool boolSupports) override;
   void LinkEnabled(bool boolEnabled) override;
 
+  void ClearTriggers() override;
+
   std::string FailLink;
+  int FailClearTriggers = 0;  ///< so many calls fail
 
  private:
   Transcript& m_Lines;
