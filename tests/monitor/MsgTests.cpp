@@ -13,6 +13,8 @@ CopyData Copied(const std::string& szBytes) {
   return {VexMessageData, static_cast<uint32_t>(szBytes.size()), szBytes.data()};
 }
 
+CopyData Copied(std::string&&) = delete;  // it would outlive the bytes
+
 TEST(Msg, TypesOfOneDigitAreWrittenWithAZero) {
   EXPECT_EQ(MessageTypeText(1), "01");
   EXPECT_EQ(MessageTypeText(9), "09");
@@ -66,7 +68,8 @@ TEST(Msg, AMessageThatIsTooLongIsAnErrorThatSaysSo) {
 }
 
 TEST(Msg, CopyDataIsCutBeforeItsFirstZeroByte) {
-  const CopyData copy = Copied(std::string("09eve\0night\0", 12));
+  const std::string szBytes("09eve\0night\0", 12);
+  const CopyData copy = Copied(szBytes);
   EXPECT_EQ(CopyDataToString(&copy), "09eve");
 }
 
