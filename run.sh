@@ -27,6 +27,7 @@ done
 cmake/install-packages.sh build
 command -v ccache >/dev/null && export CMAKE_CXX_COMPILER_LAUNCHER=ccache
 mkdir -p build
+echo "Building; the first time takes some minutes (build/run-build.txt tells more)."
 if ! { cmake --preset release -DVEX_TESTS=OFF -DVEX_BENCH=OFF &&
        cmake --build --preset release --target VexMonitor vexctl VexPostInstall lightview; } >build/run-build.txt 2>&1
 then

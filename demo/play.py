@@ -81,8 +81,8 @@ class Demonstration:
                   "then start again", file=sys.stderr)
             return 1
         end = make_demo.make(self.folder, self.seconds, self.address)
-        print(f"The show is in force until {end:%H:%M:%S}. In a second terminal:  {self.programs / 'vexctl'} watch",
-              flush=True)
+        print(f"The show is in force until {end:%H:%M:%S}. A second terminal can watch or control it:")
+        print(f"  {os.path.relpath(self.programs / 'vexctl')} status    (or watch, shutdown, --help)", flush=True)
         with open(self.player_log, "wb") as log:
             player = self.program("VexMonitor", stdin=subprocess.DEVNULL, stdout=log, stderr=log)
         signal.signal(signal.SIGINT, self.interrupted)
@@ -162,14 +162,14 @@ class Demonstration:
         print()
         print("The show is over." if count("Finished show") else "The show was cut short.")
         print(f"  sequences  {count(': Starting ')} started: {count(': Starting Musical')} songs, "
-              f"{count(': Starting Animation')} animations, {count(': Starting Cleanup')} clean-ups, "
-              f"{count(': Starting Startup')} startup, {count(': Starting Shutdown')} shutdown, "
+              f"{count(': Starting Animation')} animations, {count(': Starting Cleanup')} clean-ups,")
+        print(f"             {count(': Starting Startup')} startup, {count(': Starting Shutdown')} shutdown, "
               f"{count(': Starting Background')} background")
         print(f"  lights     {counts.get('packets', 0)} packets in universes {universes or 'none'}, "
-              f"{counts.get('lost', 0)} lost, {counts.get('malformed', 0)} malformed, "
-              f"{counts.get('changes', 0)} changes of level, {counts.get('mostLit', 0)} of "
+              f"{counts.get('lost', 0)} lost, {counts.get('malformed', 0)} malformed")
+        print(f"             {counts.get('changes', 0)} changes of level, {counts.get('mostLit', 0)} of "
               f"{counts.get('lamps', 0)} lamps lit at once")
-        print(f"  log        {len(lines)} lines, {len(errors)} errors; kept in {self.lines_file}")
+        print(f"  log        {len(lines)} lines, {len(errors)} errors; kept in {os.path.relpath(self.lines_file)}")
         for line in errors[:5]:
             print("             " + line)
         print(f"  player     ended with status {status}", flush=True)

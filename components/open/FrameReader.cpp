@@ -8,7 +8,7 @@
 namespace vex {
 namespace {
 
-constexpr size_t PieceSize = 64 * 1024;
+constexpr size_t PieceSize = size_t{64} * 1024;
 
 }  // namespace
 

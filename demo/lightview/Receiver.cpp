@@ -80,7 +80,8 @@ bool Receiver::InOrder(const SourceId& source, uint16_t universe, uint8_t sequen
   constexpr int32_t mostLate = 20;
   const auto [last, boolFirst] = m_LastSequence.try_emplace({source, universe}, sequence);
   if (boolFirst) return true;
-  const int32_t lStep = static_cast<int8_t>(sequence - last->second);
+  int32_t lStep = static_cast<uint8_t>(sequence - last->second);
+  if (lStep > 127) lStep -= 256;
   if (lStep <= 0 && lStep > -mostLate) return false;
   if (lStep > 0) m_Lost += static_cast<uint64_t>(lStep - 1);
   last->second = sequence;

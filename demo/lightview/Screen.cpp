@@ -87,7 +87,7 @@ std::vector<std::string> Screen::PictureLines(const Receiver& receiver) const {
   const std::string szScenery = Ink({88, 92, 104});
   for (auto& row : cells) {
     for (std::string& cell : row) {
-      if (cell != " ") cell = szScenery + cell;
+      if (cell != " ") cell.insert(0, szScenery);
     }
   }
   for (const Picture::Light& light : m_Picture.Lights) {

@@ -20,7 +20,7 @@ WindowHandle LinuxPlayerFinder::FindPlayer() {
 }
 
 std::string LinuxPlayerFinder::StatusFile() {
-  const std::string szPath = m_Files.SystemPath(m_Folder.StatusPath());
+  std::string szPath = m_Files.SystemPath(m_Folder.StatusPath());
   if (szPath.empty())
     throw Error(EILSEQ, "PlayerFinder.StatusFile",
                 "The folder " + m_Folder.Path() + " has a character outside Windows-1252");

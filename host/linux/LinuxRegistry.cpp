@@ -69,7 +69,7 @@ int32_t ResultOf(int code) {
 }  // namespace
 
 std::string LinuxRegistry::PathFromEnvironment() {
-  if (const std::string szFile = Variable("VEX_SETTINGS"); !szFile.empty()) return szFile;
+  if (std::string szFile = Variable("VEX_SETTINGS"); !szFile.empty()) return szFile;
   std::string szFolder = Variable("XDG_CONFIG_HOME");
   if (szFolder.empty()) szFolder = Variable("HOME") + "/.config";
   return szFolder + "/vexmonitor/settings.reg";

@@ -159,6 +159,7 @@ void MpvCore::Drain() {
 
 void MpvCore::Command(uint64_t reply, const std::vector<std::string>& words) {
   std::vector<const char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (const std::string& szWord : words) pointers.push_back(szWord.c_str());
   pointers.push_back(nullptr);
   mpv_command_async(m_Core, reply, pointers.data());

@@ -264,9 +264,7 @@ void MpvMediaPlayer::TracksKnown(const mpv_event& event) {
   m_Media->MediaType(boolVideo ? "video" : boolAudio ? "audio" : "");
   const uint64_t run = m_Run;
   if (OpenStateChange) OpenStateChange(OpenStateMediaOpen);
-  if (run != m_Run) {
-    ContinueOpening();
-  } else if (boolVideo && boolAudio) {
+  if (run == m_Run && boolVideo && boolAudio) {
     m_Core.Set(Number(Reply::Option), "file-local-options/vid", "no");
   } else {
     ContinueOpening();
