@@ -3,6 +3,8 @@
 #include <clocale>
 #include <utility>
 
+#include "components/open/media/MpvLibrary.h"
+
 namespace vex {
 
 namespace {
@@ -76,8 +78,8 @@ MpvCore::~MpvCore() {
 
 void MpvCore::Discard() {
   if (!m_Core) return;
-  mpv_set_wakeup_callback(m_Core, nullptr, nullptr);
-  mpv_terminate_destroy(m_Core);
+  MpvLibrary::Loaded().SetWakeupCallback(m_Core, nullptr, nullptr);
+  MpvLibrary::Loaded().TerminateDestroy(m_Core);
   m_Core = nullptr;
 }
 
@@ -96,32 +98,38 @@ void MpvCore::Make() {
 }
 
 void MpvCore::MakeCore(Making& making) {
-  mpv_handle* core = mpv_create();
+  if (const MpvLibrary& library = MpvLibrary::Loaded(); !library.Failure.empty()) {
+    making.Failure = library.Failure;
+    return;
+  }
+  mpv_handle* core = MpvLibrary::Loaded().Create();
   if (!core) {
     making.Failure = "The media library cannot be started";
     return;
   }
   for (const Option& option : kOptions)
-    if (const int code = mpv_set_option_string(core, option.Name, option.Value); code < 0)
+    if (const int code = MpvLibrary::Loaded().SetOptionString(core, option.Name, option.Value); code < 0)
       making.Troubles.push_back(std::string("The media library does not take ") + option.Name + ": " +
-                                mpv_error_string(code));
-  for (const Option& option : kSoundServerOptions) mpv_set_option_string(core, option.Name, option.Value);
+                                MpvLibrary::Loaded().ErrorString(code));
+  for (const Option& option : kSoundServerOptions)
+    MpvLibrary::Loaded().SetOptionString(core, option.Name, option.Value);
   if (!making.AudioOutput.empty()) {
     const std::string szDrivers = making.AudioOutput + ",null";
-    if (const int code = mpv_set_option_string(core, "ao", szDrivers.c_str()); code < 0)
+    if (const int code = MpvLibrary::Loaded().SetOptionString(core, "ao", szDrivers.c_str()); code < 0)
       making.Troubles.push_back("The media library does not take the sound output \"" + making.AudioOutput +
-                                "\": " + mpv_error_string(code));
+                                "\": " + MpvLibrary::Loaded().ErrorString(code));
   }
-  mpv_request_log_messages(core, "warn");
-  if (const int code = mpv_initialize(core); code < 0) {
-    making.Failure = std::string("The media library cannot be started: ") + mpv_error_string(code);
-    mpv_terminate_destroy(core);
+  MpvLibrary::Loaded().RequestLogMessages(core, "warn");
+  if (const int code = MpvLibrary::Loaded().Initialize(core); code < 0) {
+    making.Failure =
+        std::string("The media library cannot be started: ") + MpvLibrary::Loaded().ErrorString(code);
+    MpvLibrary::Loaded().TerminateDestroy(core);
     return;
   }
   const char* keepWindow[] = {"keybind", "CLOSE_WIN", "ignore", nullptr};
-  mpv_command(core, keepWindow);
-  mpv_hook_add(core, 0, "on_preloaded", 0);
-  mpv_observe_property(core, 0, "current-ao", MPV_FORMAT_STRING);
+  MpvLibrary::Loaded().Command(core, keepWindow);
+  MpvLibrary::Loaded().HookAdd(core, 0, "on_preloaded", 0);
+  MpvLibrary::Loaded().ObserveProperty(core, 0, "current-ao", MPV_FORMAT_STRING);
   making.Core = core;
 }
 
@@ -135,7 +143,7 @@ void MpvCore::Adopt() {
   made->Thread.join();
   m_Core = made->Core;
   if (m_Core)
-    mpv_set_wakeup_callback(
+    MpvLibrary::Loaded().SetWakeupCallback(
         m_Core, [](void* signal) { static_cast<Signal*>(signal)->Raise(); }, m_Wake.get());
   for (const std::string& szLine : made->Troubles) m_Handlers.Trouble(szLine);
   m_Handlers.Ready(made->Failure);
@@ -146,7 +154,7 @@ void MpvCore::Drain() {
   if (m_Draining) return;
   m_Draining = true;
   bool boolShutDown = false;
-  while (const mpv_event* event = mpv_wait_event(m_Core, 0)) {
+  while (const mpv_event* event = MpvLibrary::Loaded().WaitEvent(m_Core, 0)) {
     if (event->event_id == MPV_EVENT_NONE) break;
     boolShutDown = boolShutDown || event->event_id == MPV_EVENT_SHUTDOWN;
     m_Handlers.Event(*event);
@@ -162,20 +170,20 @@ void MpvCore::Command(uint64_t reply, const std::vector<std::string>& words) {
   pointers.reserve(words.size() + 1);
   for (const std::string& szWord : words) pointers.push_back(szWord.c_str());
   pointers.push_back(nullptr);
-  mpv_command_async(m_Core, reply, pointers.data());
+  MpvLibrary::Loaded().CommandAsync(m_Core, reply, pointers.data());
 }
 
 void MpvCore::Ask(uint64_t reply, const char* szProperty, mpv_format format) {
-  mpv_get_property_async(m_Core, reply, szProperty, format);
+  MpvLibrary::Loaded().GetPropertyAsync(m_Core, reply, szProperty, format);
 }
 
 void MpvCore::Set(uint64_t reply, const char* szProperty, const std::string& szValue) {
   const char* szText = szValue.c_str();
-  mpv_set_property_async(m_Core, reply, szProperty, MPV_FORMAT_STRING, &szText);
+  MpvLibrary::Loaded().SetPropertyAsync(m_Core, reply, szProperty, MPV_FORMAT_STRING, &szText);
 }
 
 void MpvCore::Continue(uint64_t hook) {
-  mpv_hook_continue(m_Core, hook);
+  MpvLibrary::Loaded().HookContinue(m_Core, hook);
 }
 
 }  // namespace vex

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "basic/Error.h"
+#include "components/open/media/MpvLibrary.h"
 #include "host/CodePage.h"
 #include "host/Files.h"
 #include "settings/LibRegistryVex.h"
@@ -230,7 +231,7 @@ void MpvMediaPlayer::CoreDrained() {
 
 void MpvMediaPlayer::Loaded(const mpv_event& event) {
   if (event.error < 0) {
-    BeginFailing(mpv_error_string(event.error));
+    BeginFailing(MpvLibrary::Loaded().ErrorString(event.error));
     return;
   }
   const mpv_node* const entry =
@@ -288,7 +289,7 @@ void MpvMediaPlayer::FileEnded(const mpv_event_end_file& end) {
   if (m_Entry == 0 || end.playlist_entry_id != m_Entry) return;
   if (m_Phase != Phase::Opening && m_Phase != Phase::Playing) return;
   if (end.reason == MPV_END_FILE_REASON_ERROR) {
-    BeginFailing(mpv_error_string(end.error));
+    BeginFailing(MpvLibrary::Loaded().ErrorString(end.error));
     return;
   }
   EndRun(Phase::Stopped);
