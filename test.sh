@@ -12,6 +12,7 @@ results=$(mktemp -d)
 trap 'rm -rf "$results"' EXIT
 passed=0
 failed=0
+skipped=0
 
 heading() { printf '\n== %s\n' "$1"; }
 
@@ -34,11 +35,12 @@ run_tests() {
   mkdir -p "$reports"
   GTEST_OUTPUT="xml:$reports/" GTEST_BRIEF=1 ctest --test-dir "build/$preset" --output-on-failure \
     --output-junit "$reports/ctest.junit" || true
-  local counts
-  counts=$(python3 tests/count.py "$reports")
-  echo "$preset: ${counts% *} passed, ${counts#* } failed"
-  passed=$((passed + ${counts% *}))
-  failed=$((failed + ${counts#* }))
+  local good bad left_out
+  read -r good bad left_out < <(python3 tests/count.py "$reports")
+  echo "$preset: $good passed, $bad failed, $left_out skipped"
+  passed=$((passed + good))
+  failed=$((failed + bad))
+  skipped=$((skipped + left_out))
 }
 
 build() { cmake --preset "$1" >"$results/$1.configure" 2>&1 && cmake --build --preset "$1" || { cat "$results/$1.configure"; false; }; }
@@ -105,5 +107,7 @@ done
 cmake/install-packages.sh test || exit 1
 command -v ccache >/dev/null && export CMAKE_CXX_COMPILER_LAUNCHER=ccache
 for step in "${steps[@]}"; do "step_$step"; done
-printf '\n%d passed, %d failed\n' "$passed" "$failed"
+printf '\n%d passed, %d failed' "$passed" "$failed"
+[ "$skipped" -eq 0 ] || printf ', %d skipped' "$skipped"
+printf '\n'
 [ "$failed" -eq 0 ] && [ "$passed" -gt 0 ]

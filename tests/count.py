@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Adds up the test cases of a CTest run: prints how many passed and how many failed.
+"""Adds up the test cases of a CTest run: prints how many passed, failed and were skipped.
 
 Test programs write a report each; a program that CTest calls failed although its report has no failed
 case (or that wrote none, because it died) counts as one failed case.
@@ -11,21 +11,23 @@ import xml.etree.ElementTree as ElementTree
 
 def report_counts(path):
     root = ElementTree.parse(path).getroot()
-    tests = failures = 0
+    tests = failures = skips = 0
     for case in root.iter("testcase"):
         tests += 1
         failures += 1 if case.find("failure") is not None else 0
-    return tests - failures, failures
+        skips += 1 if case.find("skipped") is not None else 0
+    return tests - failures - skips, failures, skips
 
 
 def main(folder):
-    passed = failed = 0
+    passed = failed = skipped = 0
     reports = {}
     for path in pathlib.Path(folder).glob("*.xml"):
         reports[path.stem.removesuffix("_tests")] = report_counts(path)
-    for good, bad in reports.values():
+    for good, bad, left_out in reports.values():
         passed += good
         failed += bad
+        skipped += left_out
     junit = pathlib.Path(folder) / "ctest.junit"
     if not junit.exists():
         failed += 1
@@ -36,7 +38,7 @@ def main(folder):
                 passed += 0 if name in reports else 1
             elif name not in reports or reports[name][1] == 0:
                 failed += 1
-    print(passed, failed)
+    print(passed, failed, skipped)
 
 
 if __name__ == "__main__":
