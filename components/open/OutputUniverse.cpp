@@ -1,7 +1,6 @@
 #include "components/open/OutputUniverse.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace vex {
 namespace {
@@ -9,13 +8,16 @@ namespace {
 /// Packets without a change that follow a change before the stream falls back to keeping alive.
 constexpr int32_t RepeatsAfterChange = 3;
 
-/// Level 0 to 100 as a slot's byte; what lies outside becomes the nearest.
+/// Level 0 to 100 as a slot's byte, halves to even; what lies outside becomes the nearest. A frame may set
+/// every slot of every universe before its packets leave, so there is no call into the mathematics library
+/// here: beside 1.5 * 2^52 a double holds whole numbers only, and adding it rounds.
 uint8_t ByteOf(double level) {
   constexpr double ByteOfOne = 2.55;
   constexpr double HighestByte = 255;
-  const double byte = std::nearbyint(level * ByteOfOne);
+  constexpr double WholeNumbersOnly = 6755399441055744.0;
+  const double byte = level * ByteOfOne;
   if (!(byte > 0)) return 0;
-  return static_cast<uint8_t>(std::min(byte, HighestByte));
+  return static_cast<uint8_t>(std::min(byte, HighestByte) + WholeNumbersOnly - WholeNumbersOnly);
 }
 
 }  // namespace
