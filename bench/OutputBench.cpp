@@ -7,9 +7,7 @@
 // With "sharp" both senders ask for the timing that the player asks for at its start, so that other work on
 // the machine does not count.
 
-#include <netinet/in.h>
 #include <sched.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/timerfd.h>
 #include <unistd.h>
@@ -29,6 +27,7 @@
 #include <thread>
 #include <vector>
 
+#include "bench/PacketReceiver.h"
 #include "components/open/OpenChannelIO.h"
 #include "components/open/OpenSequenceEngine.h"
 #include "host/Host.h"
@@ -36,6 +35,9 @@
 
 namespace vex {
 namespace {
+
+using bench::Arrival;
+using bench::PacketReceiver;
 
 constexpr int Universes = 4;
 constexpr int64_t PeriodNs = 25'000'000;
@@ -57,77 +59,6 @@ int64_t ThreadCpuNs() {
   std::exit(1);
 }
 
-sockaddr_in Loopback(uint16_t port) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(port);
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  return address;
-}
-
-/// A packet as it came: monotonic time, and the number that the sender put into its first two slots.
-struct Arrival {
-  int64_t At = 0;
-  int Number = 0;
-};
-
-/// Listens on a port until it is told to stop.
-class Receiver {
- public:
-  explicit Receiver(uint16_t port) : m_Socket(socket(AF_INET, SOCK_DGRAM, 0)) {
-    const sockaddr_in address = Loopback(port);
-    const int on = 1;
-    const int room = 8 << 20;
-    const timeval patience{0, 100'000};
-    setsockopt(m_Socket, SOL_SOCKET, SO_RCVBUF, &room, sizeof room);
-    setsockopt(m_Socket, SOL_SOCKET, SO_TIMESTAMPNS, &on, sizeof on);
-    setsockopt(m_Socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-    if (bind(m_Socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) Fail("bind");
-    m_Arrivals.reserve(1 << 20);
-    m_Thread = std::thread([this] { Listen(); });
-  }
-  ~Receiver() {
-    Stop();
-    close(m_Socket);
-  }
-  Receiver(const Receiver&) = delete;
-  Receiver& operator=(const Receiver&) = delete;
-
-  const std::vector<Arrival>& Stop() {
-    m_Stop = true;
-    if (m_Thread.joinable()) m_Thread.join();
-    return m_Arrivals;
-  }
-
- private:
-  void Listen() {
-    const int64_t toMonotonic = Nanoseconds(CLOCK_MONOTONIC) - Nanoseconds(CLOCK_REALTIME);
-    std::array<uint8_t, 2048> bytes{};
-    std::array<char, 256> control{};
-    while (!m_Stop) {
-      iovec part{bytes.data(), bytes.size()};
-      msghdr message{};
-      message.msg_iov = &part;
-      message.msg_iovlen = 1;
-      message.msg_control = control.data();
-      message.msg_controllen = control.size();
-      if (recvmsg(m_Socket, &message, 0) != 638) continue;
-      if (std::strcmp(reinterpret_cast<const char*>(bytes.data()) + 44, SourceName) != 0) continue;
-      timespec stamp{};
-      const cmsghdr* first = CMSG_FIRSTHDR(&message);
-      if (first == nullptr || first->cmsg_type != SCM_TIMESTAMPNS) continue;
-      std::memcpy(&stamp, CMSG_DATA(first), sizeof stamp);
-      m_Arrivals.push_back(
-          {stamp.tv_sec * 1'000'000'000LL + stamp.tv_nsec + toMonotonic, bytes[126] | bytes[127] << 8});
-    }
-  }
-
-  int m_Socket;
-  std::atomic<bool> m_Stop{false};
-  std::vector<Arrival> m_Arrivals;
-  std::thread m_Thread;
-};
-
 /// The machine's own best: absolute deadlines of one timerfd, all universes in one call.
 void BareSender(int seconds, bool sharp, int64_t& start, double& cpu) {
   sched_param parameters{};
@@ -135,7 +66,7 @@ void BareSender(int seconds, bool sharp, int64_t& start, double& cpu) {
   if (sharp && sched_setscheduler(0, SCHED_FIFO, &parameters) != 0) std::perror("bare sender");
   const int timer = timerfd_create(CLOCK_MONOTONIC, 0);
   const int out = socket(AF_INET, SOCK_DGRAM, 0);
-  sockaddr_in to = Loopback(BarePort);
+  sockaddr_in to = bench::Loopback(BarePort);
   std::vector<UniversePacket> packets(Universes, UniversePacket::E131({{}, SourceName, 100}, 1));
   std::array<iovec, Universes> parts{};
   std::array<mmsghdr, Universes> messages{};
@@ -167,6 +98,13 @@ void BareSender(int seconds, bool sharp, int64_t& start, double& cpu) {
   close(timer);
 }
 
+/// The kernel's stamps are real time; the grids are counted on the clock that is never set.
+std::vector<Arrival> OnMonotonicClock(std::vector<Arrival> arrivals) {
+  const int64_t toMonotonic = Nanoseconds(CLOCK_MONOTONIC) - Nanoseconds(CLOCK_REALTIME);
+  for (Arrival& arrival : arrivals) arrival.AtNs += toMonotonic;
+  return arrivals;
+}
+
 struct Result {
   size_t Packets = 0;
   double P50 = 0;
@@ -179,7 +117,8 @@ struct Result {
 int64_t Phase(const std::vector<Arrival>& arrivals) {
   constexpr int64_t Millisecond = 1'000'000;
   std::array<int, PeriodNs / Millisecond> counts{};
-  for (const Arrival& arrival : arrivals) ++counts[static_cast<size_t>(arrival.At % PeriodNs / Millisecond)];
+  for (const Arrival& arrival : arrivals)
+    ++counts[static_cast<size_t>(arrival.AtNs % PeriodNs / Millisecond)];
   return (std::max_element(counts.begin(), counts.end()) - counts.begin()) * Millisecond;
 }
 
@@ -187,7 +126,7 @@ int64_t Phase(const std::vector<Arrival>& arrivals) {
 Result Measure(const std::vector<Arrival>& arrivals, int64_t start, int64_t framesARound, double cpu) {
   std::vector<double> errors;
   for (const Arrival& arrival : arrivals) {
-    const double place = static_cast<double>(arrival.At - start) / PeriodNs;
+    const double place = static_cast<double>(arrival.AtNs - start) / PeriodNs;
     double frame = std::round(place);
     if (framesARound > 0)
       frame = arrival.Number + std::round((place - arrival.Number) / static_cast<double>(framesARound)) *
@@ -261,8 +200,8 @@ void Run(const char* name, const std::string& szFile, int seconds, bool sharp, i
   const std::string szPath = (std::filesystem::temp_directory_path() / "vex_output_bench.seq").string();
   std::ofstream(szPath, std::ios::binary) << szFile;
 
-  Receiver received(E131Port);
-  Receiver bareReceived(BarePort);
+  PacketReceiver received(E131Port, SourceName);
+  PacketReceiver bareReceived(BarePort, SourceName);
   int64_t bareStart = 0;
   double bareCpu = 0;
   std::thread bare([&] { BareSender(seconds, sharp, bareStart, bareCpu); });
@@ -295,9 +234,9 @@ void Run(const char* name, const std::string& szFile, int seconds, bool sharp, i
   engine.Stop();
   bare.join();
 
-  const std::vector<Arrival>& arrivals = received.Stop();
+  const std::vector<Arrival> arrivals = OnMonotonicClock(received.Stop());
   const Result ours = Measure(arrivals, framesARound > 0 ? start : Phase(arrivals), framesARound, cpu);
-  const Result bareResult = Measure(bareReceived.Stop(), bareStart, 65536, bareCpu);
+  const Result bareResult = Measure(OnMonotonicClock(bareReceived.Stop()), bareStart, 65536, bareCpu);
   Print(name, ours);
   Print("  bare timerfd and sendmmsg", bareResult);
   std::printf("  p99 is %.2f times that of the bare sender\n", ours.P99 / bareResult.P99);

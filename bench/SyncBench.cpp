@@ -5,26 +5,19 @@
 //
 //   SyncBench [seconds of music, 30 unless given]
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <atomic>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <thread>
 #include <vector>
 
+#include "bench/PacketReceiver.h"
 #include "components/ComponentTable.h"
 #include "host/Host.h"
 #include "player/ShowPlayer.h"
@@ -36,72 +29,11 @@
 namespace vex {
 namespace {
 
+using bench::Arrival;
+
 constexpr uint16_t E131Port = 5568;
 constexpr int32_t FrameMs = 25;
 constexpr const char* SourceName = "SyncBench";
-
-struct Arrival {
-  int64_t AtNs;
-  int32_t Frame;
-};
-
-/// Notes when which frame number came in universe 1.
-class FrameReceiver {
- public:
-  FrameReceiver() : m_Socket(socket(AF_INET, SOCK_DGRAM, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(E131Port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    const int on = 1;
-    const timeval patience{0, 100000};
-    setsockopt(m_Socket, SOL_SOCKET, SO_TIMESTAMPNS, &on, sizeof on);
-    setsockopt(m_Socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-    if (bind(m_Socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-      std::perror("SyncBench: port 5568 on the loopback interface");
-      std::exit(1);
-    }
-    m_Thread = std::thread([this] { Listen(); });
-  }
-  ~FrameReceiver() {
-    Stop();
-    close(m_Socket);
-  }
-  FrameReceiver(const FrameReceiver&) = delete;
-  FrameReceiver& operator=(const FrameReceiver&) = delete;
-
-  const std::vector<Arrival>& Stop() {
-    m_Stop = true;
-    if (m_Thread.joinable()) m_Thread.join();
-    return m_Arrivals;
-  }
-
- private:
-  void Listen() {
-    std::array<uint8_t, 1024> bytes{};
-    std::array<char, 128> control{};
-    while (!m_Stop) {
-      iovec part{bytes.data(), bytes.size()};
-      msghdr message{};
-      message.msg_iov = &part;
-      message.msg_iovlen = 1;
-      message.msg_control = control.data();
-      message.msg_controllen = control.size();
-      if (recvmsg(m_Socket, &message, 0) != 638 || bytes[114] != 1) continue;
-      if (std::strcmp(reinterpret_cast<const char*>(bytes.data()) + 44, SourceName) != 0) continue;
-      const cmsghdr* const header = CMSG_FIRSTHDR(&message);
-      if (!header || header->cmsg_type != SCM_TIMESTAMPNS) continue;
-      timespec stamp{};
-      std::memcpy(&stamp, CMSG_DATA(header), sizeof stamp);
-      m_Arrivals.push_back({stamp.tv_sec * 1000000000LL + stamp.tv_nsec, bytes[126] + 256 * bytes[127]});
-    }
-  }
-
-  int m_Socket;
-  std::atomic<bool> m_Stop{false};
-  std::vector<Arrival> m_Arrivals;
-  std::thread m_Thread;
-};
 
 class Silent : public StatusReport {
  public:
@@ -200,16 +132,17 @@ void Report(const std::vector<Arrival>& arrivals, const std::vector<Sample>& sam
   std::vector<double> lateness;
   std::vector<bool> seen(static_cast<size_t>(lFrames), false);
   for (const Arrival& arrival : arrivals) {
+    if (arrival.Universe != 1) continue;
     const auto after = std::lower_bound(samples.begin(), samples.end(), arrival.AtNs,
                                         [](const Sample& sample, int64_t at) { return sample.AtNs < at; });
     if (after == samples.end() || after == samples.begin()) continue;
-    if (arrival.Frame >= lFrames || seen[static_cast<size_t>(arrival.Frame)]) continue;
-    seen[static_cast<size_t>(arrival.Frame)] = true;
+    if (arrival.Number >= lFrames || seen[static_cast<size_t>(arrival.Number)]) continue;
+    seen[static_cast<size_t>(arrival.Number)] = true;
     const Sample& before = *(after - 1);
     const double share =
         static_cast<double>(arrival.AtNs - before.AtNs) / static_cast<double>(after->AtNs - before.AtNs);
     const double position = before.Position + share * (after->Position - before.Position);
-    lateness.push_back(position * 1000 - arrival.Frame * FrameMs);
+    lateness.push_back(position * 1000 - arrival.Number * FrameMs);
   }
   std::printf("frames %d, seen %zu\n", lFrames, lateness.size());
   std::printf("lateness against the media position, ms: p50 %.3f  p99 %.3f  max %.3f  min %.3f\n",
@@ -233,7 +166,7 @@ int Run(int seconds) {
   std::ofstream(szFolder + "/song.vexseq") << R"({"format":"vexseq","version":1,"media":")" << szPlace
                                            << R"(/song.wav","frames":")" << szPlace << R"(/frames.fseq"})";
 
-  FrameReceiver receiver;
+  bench::PacketReceiver receiver(E131Port, SourceName);
   const auto host = NativeHost();
   std::printf("sharp timers %s\n", host->SharpTimers() ? "granted" : "not granted");
   Silent report;
