@@ -139,7 +139,6 @@ class frmMonitor final : public StatusReport {
   void tmrUnloadGracefully_Timer();
   void Heartbeat();
   void HeartbeatFailed(const std::string& szDescription);
-  [[nodiscard]] bool ReadShowFile(const std::string& szFilename);
 
   // Messages.
   void m_FormHook_AfterMessage(const WindowMessage& message);

@@ -1,23 +1,13 @@
 #include "basic/Error.h"
-#include "host/Files.h"
+#include "monitor/ShowFile.h"
 #include "monitor/frmMonitor.h"
 #include "player/Handlers.h"
 #include "player/ShowPlayer.h"
-#include "settings/LibFile.h"
 #include "show/Show.h"
 
 // The form's own timers: the end of the start-up delay, the heartbeat, and the wait for the last show's end.
 
 namespace vex {
-
-namespace {
-
-/// With a drive or from the root on, in either way of writing.
-bool NamesItsPlace(const std::string& szFilename) {
-  return szFilename.find(':') != std::string::npos || szFilename.front() == '\\' || szFilename.front() == '/';
-}
-
-}  // namespace
 
 void frmMonitor::tmCIODelay_Timer() {
   m_Initialized = true;
@@ -52,7 +42,8 @@ void frmMonitor::PlayShowEvent(const EventReference& event) {
   ShowPlayer& player = Required(m_ShowPlayer);
   if (!event || event->Filename().empty()) {
     player.NextShow(nullptr);
-  } else if (!ReadShowFile(event->Filename())) {
+  } else if (!ReadShowFile(m_Surroundings.FileSystem, m_Installation.UserDataPath(), event->Filename(),
+                           m_ShowFileText)) {
     LogMessage(LevelError, "Cannot read show file: " + event->Filename(), nullptr);
     player.NextShow(nullptr);
   } else {
@@ -63,14 +54,6 @@ void frmMonitor::PlayShowEvent(const EventReference& event) {
     player.NextShow(std::move(show));
   }
   SendReport(false);
-}
-
-// A name that does not say where it lies is looked for in the current folder, then in the user data folder.
-bool frmMonitor::ReadShowFile(const std::string& szFilename) {
-  Files& files = m_Surroundings.FileSystem;
-  if (ReadFile(files, szFilename, m_ShowFileText)) return true;
-  if (NamesItsPlace(szFilename) || m_Installation.UserDataPath().empty()) return false;
-  return ReadFile(files, m_Installation.UserDataPath() + szFilename, m_ShowFileText);
 }
 
 // A show that is still not shutting down missed the request because a device failed; it is asked again.

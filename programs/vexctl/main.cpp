@@ -7,6 +7,8 @@
 #include "host/Host.h"
 #include "programs/vexctl/Command.h"
 #include "programs/vexctl/ControlCommands.h"
+#include "programs/vexctl/ScheduleCommands.h"
+#include "settings/LibRegistryVex.h"
 
 namespace {
 
@@ -17,13 +19,18 @@ constexpr const char* Description =
     "  vexctl --json status       the same for a script\n"
     "  vexctl watch               status lines as they come; Ctrl-C ends it\n"
     "  vexctl reload              after a schedule file has been changed\n"
-    "  vexctl shutdown            end after the show's shutdown sequences\n\n"
+    "  vexctl shutdown            end after the show's shutdown sequences\n"
+    "  vexctl why                 what is in force now, and why nothing else is\n"
+    "  vexctl timeline --from \"2026-12-01 00:00\" --to \"2026-12-31 00:00\"\n\n"
     "The player is found in VEX_RUNTIME_DIR (default $XDG_RUNTIME_DIR/vexmonitor, else "
     "/tmp/vexmonitor-UID).\n"
     "Exit status: 0 done, 1 cannot be done, 2 wrong usage.";
 
 int Run(int argc, char** argv) {
   const auto host = vex::NativeHost();
+  host->DriveTable([&registry = host->Registry()](char letter) {
+    return vex::GetProductString(registry, std::string(1, letter), "Drives", "");
+  });
   vex::CommandContext context{*host};
   CLI::App app(Description, "vexctl");
   app.add_flag("--json", context.Json, "answer in JSON; stands before the command");
@@ -34,6 +41,8 @@ int Run(int argc, char** argv) {
   vex::AddStatusCommand(app, context);
   vex::AddWatchCommand(app, context);
   vex::AddControlCommands(app, context);
+  vex::AddTimelineCommand(app, context);
+  vex::AddWhyCommand(app, context);
   try {
     app.parse(argc, argv);
     return vex::ExitDone;

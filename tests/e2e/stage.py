@@ -1,5 +1,6 @@
 """What an end-to-end test needs around the real programs: a folder of its own with settings, schedules and
 shows, the player as a process, and a tray that speaks the message channel from outside."""
+import collections
 import datetime
 import itertools
 import json
@@ -133,6 +134,9 @@ class Tray:
         return wait_until(lambda: sum(text in line for line in self.lines()) >= count, seconds)
 
 
+Answer = collections.namedtuple("Answer", "returncode stdout stderr")
+
+
 class Stage(unittest.TestCase):
     """One player in a place of its own."""
 
@@ -190,7 +194,7 @@ class Stage(unittest.TestCase):
 
     def vexctl(self, *arguments):
         done = self.run_program("vexctl", *arguments)
-        return done.returncode, done.stdout.decode(), done.stderr.decode()
+        return Answer(done.returncode, done.stdout.decode(), done.stderr.decode())
 
     def spawn(self, name, *arguments, **options):
         process = subprocess.Popen([str(programs() / name), *arguments], env=self.environment, cwd=self.folder,

@@ -1,0 +1,94 @@
+#include "tools/timeline/ShowContents.h"
+
+#include <set>
+#include <string_view>
+#include <utility>
+
+#include "basic/Error.h"
+#include "components/open/OpenSequence.h"
+#include "host/Files.h"
+#include "monitor/ShowFile.h"
+#include "settings/LibFile.h"
+#include "show/InteractiveGroup.h"
+#include "show/Show.h"
+#include "show/ShowFunctions.h"
+#include "show/TriggeredSequences.h"
+
+namespace vex {
+namespace {
+
+/// Every sequence of a show once, in the show's order.
+class SequenceNames {
+ public:
+  explicit SequenceNames(const Show& show) {
+    AddList(*show.Background());
+    AddList(*show.Startup());
+    AddList(*show.Main());
+    AddList(*show.Musical());
+    AddList(*show.Shutdown());
+    for (const auto& group : show.InteractiveGroups()) {
+      for (int32_t lEntry = 0; lEntry < group->Count(); ++lEntry) {
+        for (const std::string_view szName : group->GetTriggeredSequences(lEntry)->Sequences()) Add(szName);
+      }
+    }
+  }
+  [[nodiscard]] const std::vector<std::string>& InOrder() const { return m_InOrder; }
+
+ private:
+  void AddList(const Playlist& playlist) {
+    for (const std::string_view szName : playlist.List()) Add(szName);
+    Add(playlist.CleanUp());
+  }
+  void Add(std::string_view szName) {
+    if (!szName.empty() && m_Seen.emplace(szName).second) m_InOrder.emplace_back(szName);
+  }
+
+  std::set<std::string> m_Seen;
+  std::vector<std::string> m_InOrder;
+};
+
+}  // namespace
+
+ShowContents::ShowContents(Files& files, Registry& registry, std::string szUserDataPath)
+    : m_Files(files), m_Registry(registry), m_UserDataPath(std::move(szUserDataPath)) {}
+
+std::vector<std::string> ShowContents::Troubles(const std::string& szShow) const {
+  const std::string szName = "show \"" + szShow + "\"";
+  std::string szText;
+  if (!ReadShowFile(m_Files, m_UserDataPath, szShow, szText))
+    return {szName + ": its file is missing or cannot be read; put it into \"" + m_UserDataPath +
+            "\" or correct the schedule"};
+  std::vector<std::string> troubles;
+  try {
+    const std::shared_ptr<Show> show = ShowFromText(szText);
+    if (!show) return {szName + ": its file holds no show"};
+    const SequenceNames sequences(*show);
+    for (const std::string& szSequence : sequences.InOrder()) {
+      const std::string szTrouble = SequenceTrouble(szSequence);
+      if (!szTrouble.empty()) troubles.emplace_back(szName).append(": ").append(szTrouble);
+    }
+  } catch (const Error& error) {
+    troubles.push_back(szName + ": its file is damaged: " + error.Description);
+  }
+  return troubles;
+}
+
+std::string ShowContents::SequenceTrouble(const std::string& szSequence) const {
+  try {
+    const OpenSequence sequence = LoadOpenSequence(
+        m_Files,
+        [this](const std::string& szName, bool boolIsAudio) {
+          return FullSequencePath(m_Registry, szName, boolIsAudio);
+        },
+        szSequence);
+    if (sequence.Media.empty()) return {};
+    const std::string szPath = FullSequencePath(m_Registry, sequence.Media, true);
+    if (FileExists(m_Files, szPath)) return {};
+    return "song \"" + sequence.Media + "\" of sequence \"" + szSequence + "\" does not exist at \"" +
+           szPath + "\"";
+  } catch (const Error& error) {
+    return error.Description;
+  }
+}
+
+}  // namespace vex

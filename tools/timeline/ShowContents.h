@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace vex {
+
+class Files;
+class Registry;
+
+/// Whether a show has what it needs: its file, the sequences that it names, the songs that these name. What
+/// is missing or damaged is found here before the season instead of by the player at night.
+class ShowContents {
+ public:
+  /// The user data folder, with its trailing "\" or empty, is where shows without a place of their own lie.
+  ShowContents(Files& files, Registry& registry, std::string szUserDataPath);
+
+  /// One line for each trouble, each naming show, file and where it was looked for; empty when all is there.
+  [[nodiscard]] std::vector<std::string> Troubles(const std::string& szShow) const;
+
+ private:
+  [[nodiscard]] std::string SequenceTrouble(const std::string& szSequence) const;
+
+  Files& m_Files;
+  Registry& m_Registry;
+  std::string m_UserDataPath;
+};
+
+}  // namespace vex
