@@ -56,8 +56,8 @@ std::vector<std::string> ShowContents::Troubles(const std::string& szShow) const
   const std::string szName = "show \"" + szShow + "\"";
   std::string szText;
   if (!ReadShowFile(m_Files, m_UserDataPath, szShow, szText))
-    return {szName + ": its file is missing or cannot be read; put it into \"" + m_UserDataPath +
-            "\" or correct the schedule"};
+    return {szName + ": its file is missing or cannot be read; put it into the user data folder \"" +
+            m_UserDataPath + "\" or correct the schedule"};
   std::vector<std::string> troubles;
   try {
     const std::shared_ptr<Show> show = ShowFromText(szText);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int64_t SecondsOfDay = 86400;
 constexpr int64_t DaysOfWeek = 7;
-constexpr int32_t Left = 110;
+constexpr int32_t Left = 140;
 constexpr int32_t DayWidth = 150;
 constexpr int32_t Top = 70;
 constexpr int32_t LineHeight = 34;
