@@ -46,8 +46,8 @@ TEST_F(ShowContentsTest, AFileWithoutAShowIsTold) {
 
 TEST_F(ShowContentsTest, AMissingShowIsNamedWithItsFolder) {
   EXPECT_THAT(Troubles("gone.shw"),
-              ElementsAre("show \"gone.shw\": its file is missing or cannot be read; put it into "
-                          "\"D:\\\" or correct the schedule"));
+              ElementsAre("show \"gone.shw\": its file is missing or cannot be read; put it into the "
+                          "user data folder \"D:\\\" or correct the schedule"));
 }
 
 TEST_F(ShowContentsTest, ADamagedShowIsTold) {
