@@ -3,9 +3,9 @@
 # for the tests. Needs root or sudo only when something is missing.
 set -euo pipefail
 
-build=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev libmpv-dev python3)
+build=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev libmpv-dev liblo-dev python3)
 test=(libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev rapidjson-dev clang-14 clang-format-14
-  clang-tidy-14 libclang-rt-14-dev git tshark)
+  clang-tidy-14 libclang-rt-14-dev git tshark liblo-tools)
 
 wanted=("${build[@]}")
 [ "${1:-build}" = test ] && wanted+=("${test[@]}")

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -28,13 +29,30 @@ class DatagramSocket {
   virtual int32_t Send(std::span<const Datagram> datagrams) = 0;
 };
 
-/// UDP as the output components need it.
+/// A bound port; it is given back when the receiver goes. A handler that raises loses its datagram only.
+class DatagramReceiver {
+ public:
+  virtual ~DatagramReceiver() = default;
+};
+
+class EventLoop;
+
+/// Sender and contents of a datagram that has come.
+using DatagramHandler = std::function<void(const DatagramAddress& from, std::span<const uint8_t> bytes)>;
+
+/// UDP as the open components need it.
 class Datagrams {
  public:
   virtual ~Datagrams() = default;
   /// A socket whose multicast goes out by the interface with that address (0: the system's choice), time
   /// to live 1 unless set up otherwise, broadcast allowed. Raises Error with the system's code.
   [[nodiscard]] virtual std::unique_ptr<DatagramSocket> NewSender(uint32_t multicastInterface) = 0;
+  /// Binds a port at one of this machine's addresses (0: all of them). The handler runs on the loop, which
+  /// outlives the receiver, once for each datagram, at most sixteen in one turn. Raises Error with the
+  /// system's code.
+  [[nodiscard]] virtual std::unique_ptr<DatagramReceiver> NewReceiver(EventLoop& loop,
+                                                                      const DatagramAddress& at,
+                                                                      DatagramHandler handler) = 0;
   /// A host name or dotted address; empty when it cannot be resolved.
   [[nodiscard]] virtual bool Resolve(const std::string& szHost, uint32_t& address) = 0;
   /// The system's words for a code.

@@ -18,11 +18,17 @@ OpenChannelIO::OpenChannelIO(Clock& clock, EventLoop& eventLoop, Datagrams& data
     : m_Clock(clock),
       m_Settings(Bounded(settings)),
       m_Network(clock, datagrams, m_Settings, szMachineId),
-      m_Timer(eventLoop.NewTimer(TimerOrder::Component)) {
+      m_Timer(eventLoop.NewTimer(TimerOrder::Component)),
+      m_Triggers(eventLoop, datagrams) {
   m_Used.reserve(m_Universes.size());
   m_Timer->Tick([this] { m_Timer_Tick(); });
-  m_Network.Trouble = [this](const std::string& szText) {
+  const auto trouble = [this](const std::string& szText) {
     if (Trouble) Trouble(szText);
+  };
+  m_Network.Trouble = trouble;
+  m_Triggers.Trouble = trouble;
+  m_Triggers.Detected = [this](const NamedProperties& input) {
+    if (TriggerDetected) TriggerDetected(input);
   };
 }
 
@@ -76,16 +82,12 @@ void OpenChannelIO::Flush() {
   Schedule();
 }
 
-void OpenChannelIO::SetLink(const std::string& szHost, int16_t localPort, int16_t remotePort) {
-  m_Link.Host = szHost;
-  m_Link.LocalPort = localPort;
-  m_Link.RemotePort = remotePort;
-  if (LinkChanged) LinkChanged(m_Link);
+void OpenChannelIO::SetLink(const std::string& szHost, int16_t localPort, int16_t) {
+  m_Triggers.SetLink(szHost, static_cast<uint16_t>(localPort));
 }
 
 void OpenChannelIO::LinkEnabled(bool boolEnabled) {
-  m_Link.Enabled = boolEnabled;
-  if (LinkChanged) LinkChanged(m_Link);
+  m_Triggers.Enabled(boolEnabled);
 }
 
 void OpenChannelIO::ShowsEnded() {

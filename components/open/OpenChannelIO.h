@@ -1,12 +1,12 @@
 #pragma once
 
 #include <array>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "components/open/OscTriggers.h"
 #include "components/open/OutputNetwork.h"
 #include "components/open/OutputSettings.h"
 #include "components/open/OutputUniverse.h"
@@ -14,14 +14,6 @@
 #include "player/devices/ChannelIO.h"
 
 namespace vex {
-
-/// The link to other machines as the shell has set it: what a receiver of triggers listens to.
-struct OpenLink {
-  std::string Host;
-  int16_t LocalPort = 0;
-  int16_t RemotePort = 0;
-  bool Enabled = false;
-};
 
 /// The I/O control of the open components: lighting events become levels, levels become E1.31 or Art-Net
 /// packets. Network n's unit u is universe FirstUniverse + 64 n + u - 1, a circuit is a slot.
@@ -69,11 +61,6 @@ class OpenChannelIO final : public ChannelIO {
 
   void ShowsEnded() override;
 
-  [[nodiscard]] const OpenLink& Link() const { return m_Link; }
-  /// Raised when the link has been set, switched on or off: the place for a receiver of triggers, which
-  /// stands beside this control and raises its TriggerDetected.
-  std::function<void(const OpenLink&)> LinkChanged;
-
  private:
   void m_Timer_Tick();
 
@@ -103,7 +90,7 @@ class OpenChannelIO final : public ChannelIO {
   std::optional<Elapsed> m_GridStart;  // none while nothing moves
   int64_t m_NextFrame = 0;
   std::optional<Elapsed> m_DiscoveryDue;
-  OpenLink m_Link;
+  OscTriggers m_Triggers;
 };
 
 }  // namespace vex

@@ -2,38 +2,10 @@
 
 #include <utility>
 
-#include "basic/Error.h"
+#include "player/devices/InputProperties.h"
 #include "show/Trigger.h"
 
 namespace vex {
-
-namespace {
-
-/// What an input hands over: read by property name, as with every component.
-class PressedInput final : public NamedProperties {
- public:
-  PressedInput(int32_t lNetwork, int32_t lUnitId, int32_t lInputNumber, const std::string& szName)
-      : m_Network(lNetwork), m_UnitId(lUnitId), m_InputNumber(lInputNumber), m_Name(szName) {}
-
-  [[nodiscard]] int32_t Integer(std::string_view szName) const override {
-    if (szName == "Network") return m_Network;
-    if (szName == "UnitId") return m_UnitId;
-    if (szName == "InputNumber") return m_InputNumber;
-    throw PlatformError(ErrorTypeMismatch);
-  }
-  [[nodiscard]] std::string Text(std::string_view szName) const override {
-    if (szName == "Name") return m_Name;
-    throw PlatformError(ErrorTypeMismatch);
-  }
-
- private:
-  int32_t m_Network;
-  int32_t m_UnitId;
-  int32_t m_InputNumber;
-  const std::string& m_Name;
-};
-
-}  // namespace
 
 RecordedChannelIO::RecordedChannelIO(std::shared_ptr<Recorder> recorder) : m_Recorder(std::move(recorder)) {}
 
@@ -107,7 +79,7 @@ void RecordedChannelIO::LinkEnabled(bool boolEnabled) {
 void RecordedChannelIO::Press(int32_t lNetwork, int32_t lUnitId, int32_t lInputNumber,
                               const std::string& szName) {
   if (m_LinkEnabled && TriggerDetected)
-    TriggerDetected(PressedInput(lNetwork, lUnitId, lInputNumber, szName));
+    TriggerDetected(InputProperties(lNetwork, lUnitId, lInputNumber, szName));
 }
 
 }  // namespace vex

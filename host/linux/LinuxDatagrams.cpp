@@ -9,6 +9,7 @@
 #include <array>
 
 #include "host/CodePage.h"
+#include "host/EventLoop.h"
 #include "host/linux/Descriptor.h"
 #include "host/linux/SystemError.h"
 
@@ -18,6 +19,7 @@ namespace {
 constexpr char Source[] = "Datagrams.NewSender";
 constexpr int WantedSendBuffer = 1 << 20;
 constexpr size_t BatchSize = 64;
+constexpr int DatagramsATurn = 16;
 
 class LinuxDatagramSocket : public DatagramSocket {
  public:
@@ -72,7 +74,51 @@ class LinuxDatagramSocket : public DatagramSocket {
   std::array<mmsghdr, BatchSize> m_Messages{};
 };
 
+class LinuxDatagramReceiver : public DatagramReceiver {
+ public:
+  LinuxDatagramReceiver(Descriptor socket, EventLoop& loop, DatagramHandler handler)
+      : m_Socket(std::move(socket)), m_Handler(std::move(handler)) {
+    m_Watch = loop.WatchReadable(m_Socket.Get(), [this] { Take(); });
+  }
+
+ private:
+  /// A flood leaves the loop its turns; what still waits is reported again. The handler may let the receiver
+  /// go, so it is not looked at afterwards.
+  void Take() {
+    const std::weak_ptr<bool> here = m_Here;
+    for (int taken = 0; taken < DatagramsATurn && !here.expired(); ++taken) {
+      sockaddr_in from{};
+      socklen_t length = sizeof from;
+      const ssize_t size = recvfrom(m_Socket.Get(), m_Bytes.data(), m_Bytes.size(), MSG_DONTWAIT,
+                                    reinterpret_cast<sockaddr*>(&from), &length);
+      if (size < 0) return;
+      m_Handler({ntohl(from.sin_addr.s_addr), ntohs(from.sin_port)},
+                std::span(m_Bytes).first(static_cast<size_t>(size)));
+    }
+  }
+
+  Descriptor m_Socket;
+  DatagramHandler m_Handler;
+  std::array<uint8_t, 65536> m_Bytes{};
+  std::shared_ptr<bool> m_Here = std::make_shared<bool>(true);
+  std::unique_ptr<Watch> m_Watch;
+};
+
 }  // namespace
+
+std::unique_ptr<DatagramReceiver> LinuxDatagrams::NewReceiver(EventLoop& loop, const DatagramAddress& at,
+                                                              DatagramHandler handler) {
+  constexpr char source[] = "Datagrams.NewReceiver";
+  Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+  if (!socket.Open()) throw SystemError(source, "socket");
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(at.Port);
+  address.sin_addr.s_addr = htonl(at.Address);
+  if (bind(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+    throw SystemError(source, "port " + std::to_string(at.Port));
+  return std::make_unique<LinuxDatagramReceiver>(std::move(socket), loop, std::move(handler));
+}
 
 std::unique_ptr<DatagramSocket> LinuxDatagrams::NewSender(uint32_t multicastInterface) {
   Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));

@@ -9,6 +9,8 @@ namespace vex {
 class LinuxDatagrams : public Datagrams {
  public:
   [[nodiscard]] std::unique_ptr<DatagramSocket> NewSender(uint32_t multicastInterface) override;
+  [[nodiscard]] std::unique_ptr<DatagramReceiver> NewReceiver(EventLoop& loop, const DatagramAddress& at,
+                                                              DatagramHandler handler) override;
   /// Asks the name service for anything but a dotted address, and waits for its answer.
   [[nodiscard]] bool Resolve(const std::string& szHost, uint32_t& address) override;
   [[nodiscard]] std::string Describe(int32_t lCode) const override;

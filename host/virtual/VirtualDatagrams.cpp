@@ -1,6 +1,9 @@
 #include "host/virtual/VirtualDatagrams.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <system_error>
+#include <utility>
 
 #include "basic/Error.h"
 
@@ -27,6 +30,23 @@ bool ParseDotted(const std::string& szText, uint32_t& address) {
 }
 
 }  // namespace
+
+class VirtualDatagramReceiver final : public DatagramReceiver {
+ public:
+  VirtualDatagramReceiver(VirtualDatagrams& network, const DatagramAddress& at, DatagramHandler handler)
+      : At(at), Handler(std::move(handler)), m_Network(network) {
+    m_Network.m_Receivers.push_back(this);
+  }
+  ~VirtualDatagramReceiver() override { std::erase(m_Network.m_Receivers, this); }
+  VirtualDatagramReceiver(const VirtualDatagramReceiver&) = delete;
+  VirtualDatagramReceiver& operator=(const VirtualDatagramReceiver&) = delete;
+
+  const DatagramAddress At;
+  const DatagramHandler Handler;
+
+ private:
+  VirtualDatagrams& m_Network;
+};
 
 class VirtualDatagramSocket final : public DatagramSocket {
  public:
@@ -71,6 +91,27 @@ int32_t VirtualDatagrams::Send(uint32_t multicastInterface, const Datagram& data
   m_Sent.push_back({m_Clock.Elapsed(), multicastInterface, datagram.To,
                     std::vector<uint8_t>(datagram.Bytes.begin(), datagram.Bytes.end())});
   return 0;
+}
+
+std::unique_ptr<DatagramReceiver> VirtualDatagrams::NewReceiver(EventLoop&, const DatagramAddress& at,
+                                                                DatagramHandler handler) {
+  constexpr int32_t addressInUse = EADDRINUSE;
+  const bool boolTaken = std::any_of(m_Receivers.begin(), m_Receivers.end(),
+                                     [&](const auto* receiver) { return receiver->At.Port == at.Port; });
+  const int32_t lCode = boolTaken ? addressInUse : m_NewReceiverCode;
+  if (lCode != 0) throw Error(lCode, "Datagrams.NewReceiver", Describe(lCode));
+  return std::make_unique<VirtualDatagramReceiver>(*this, at, std::move(handler));
+}
+
+bool VirtualDatagrams::Deliver(const DatagramAddress& to, const DatagramAddress& from,
+                               std::span<const uint8_t> bytes) {
+  for (const auto* receiver : m_Receivers) {
+    const bool boolBound = receiver->At.Address == 0 || receiver->At.Address == to.Address;
+    if (receiver->At.Port != to.Port || !boolBound) continue;
+    receiver->Handler(from, bytes);
+    return true;
+  }
+  return false;
 }
 
 }  // namespace vex

@@ -10,8 +10,11 @@
 
 namespace vex {
 
+class VirtualDatagramReceiver;
+
 /// The network of a virtual machine: what is sent is written down with the moment of sending. It arrives
-/// nowhere. Sending can be made to fail, for all senders or for one address.
+/// nowhere; what comes in is what Deliver is given. Sending can be made to fail, for all senders or for one
+/// address.
 class VirtualDatagrams final : public vex::Datagrams {
  public:
   struct SentDatagram {
@@ -25,6 +28,8 @@ class VirtualDatagrams final : public vex::Datagrams {
   explicit VirtualDatagrams(const Clock& clock) : m_Clock(clock) {}
 
   [[nodiscard]] std::unique_ptr<DatagramSocket> NewSender(uint32_t multicastInterface) override;
+  [[nodiscard]] std::unique_ptr<DatagramReceiver> NewReceiver(EventLoop& loop, const DatagramAddress& at,
+                                                              DatagramHandler handler) override;
   /// Dotted addresses, "localhost" and the names that KnowHost told.
   [[nodiscard]] bool Resolve(const std::string& szHost, uint32_t& address) override;
   [[nodiscard]] std::string Describe(int32_t lCode) const override;
@@ -32,6 +37,11 @@ class VirtualDatagrams final : public vex::Datagrams {
   [[nodiscard]] const std::vector<SentDatagram>& Sent() const { return m_Sent; }
   void ForgetSent() { m_Sent.clear(); }
   void KnowHost(const std::string& szHost, uint32_t address) { m_Hosts[szHost] = address; }
+
+  /// A datagram comes in at a port; false where nobody has bound it for that address.
+  bool Deliver(const DatagramAddress& to, const DatagramAddress& from, std::span<const uint8_t> bytes);
+  /// Binding any port raises this code; 0 lets it succeed again.
+  void FailNewReceiver(int32_t lCode) { m_NewReceiverCode = lCode; }
 
   /// Every send to any address fails with this code; 0 lets it succeed again.
   void FailSends(int32_t lCode) { m_SendCode = lCode; }
@@ -42,6 +52,7 @@ class VirtualDatagrams final : public vex::Datagrams {
 
  private:
   friend class VirtualDatagramSocket;
+  friend class VirtualDatagramReceiver;
   int32_t Send(uint32_t multicastInterface, const Datagram& datagram);
 
   const Clock& m_Clock;
@@ -50,6 +61,8 @@ class VirtualDatagrams final : public vex::Datagrams {
   std::map<uint32_t, int32_t> m_AddressCodes;
   int32_t m_SendCode = 0;
   int32_t m_NewSenderCode = 0;
+  int32_t m_NewReceiverCode = 0;
+  std::vector<VirtualDatagramReceiver*> m_Receivers;
 };
 
 }  // namespace vex

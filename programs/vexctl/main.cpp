@@ -18,6 +18,9 @@ constexpr const char* Description =
     "  vexctl status              what plays and what is next\n"
     "  vexctl --json status       the same for a script\n"
     "  vexctl watch               status lines as they come; Ctrl-C ends it\n"
+    "  vexctl play party.shw --for 1h30m\n"
+    "  vexctl clear               end the show on demand\n"
+    "  vexctl trigger 0 1 3       press an input\n"
     "  vexctl reload              after a schedule file has been changed\n"
     "  vexctl shutdown            end after the show's shutdown sequences\n"
     "  vexctl why                 what is in force now, and why nothing else is\n"
@@ -41,6 +44,8 @@ int Run(int argc, char** argv) {
   vex::AddStatusCommand(app, context);
   vex::AddWatchCommand(app, context);
   vex::AddControlCommands(app, context);
+  vex::AddDemandCommands(app, context);
+  vex::AddTriggerCommand(app, context);
   vex::AddTimelineCommand(app, context);
   vex::AddWhyCommand(app, context);
   try {

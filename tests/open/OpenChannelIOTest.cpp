@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "components/open/wire/NameUuid.h"
+#include "components/open/wire/OscTrigger.h"
 #include "tests/open/OutputRig.h"
 
 namespace vex {
@@ -572,17 +573,15 @@ TEST(OpenChannelIO, AnUnknownProtocolSendsNothingAndSaysSoOnce) {
   EXPECT_THAT(rig.Host.Datagrams().Sent(), IsEmpty());
 }
 
-TEST(OpenChannelIO, KeepsTheLinkAndTellsOfIt) {
+TEST(OpenChannelIO, InputsOfTheLinkAreItsTriggers) {
   OutputRig rig;
-  std::vector<std::string> told;
-  rig.Lights->LinkChanged = [&](const OpenLink& link) {
-    told.push_back(link.Host + (link.Enabled ? " on" : " off"));
-  };
-  rig.Lights->SetLink("127.0.0.1", 8000, -1);
+  std::vector<std::string> detected;
+  rig.Lights->TriggerDetected = [&](const NamedProperties& input) { detected.push_back(input.Text("Name")); };
+  rig.Lights->SetLink("127.0.0.1", -5536, 3738);  // port 60000, as 16 bits
   rig.Lights->LinkEnabled(true);
-  EXPECT_THAT(told, ElementsAre("127.0.0.1 off", "127.0.0.1 on"));
-  EXPECT_EQ(rig.Lights->Link().LocalPort, 8000);
-  EXPECT_EQ(rig.Lights->Link().RemotePort, -1);
+  const auto press = WriteOscTrigger({0, 1, 3, "Front door"});
+  EXPECT_TRUE(rig.Host.Datagrams().Deliver({0x7F000001, 60000}, {0x7F000001, 9}, press));
+  EXPECT_THAT(detected, ElementsAre("Front door"));
 }
 
 }  // namespace
