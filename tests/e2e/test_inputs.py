@@ -33,8 +33,8 @@ class Inputs(Stage):
         super().setUp()
         self.port = free_port()
         self.link = {"LocalPort": self.port, "On": 1}
-        for name in ("flash.vexseq", "spark.vexseq", "a.vexseq", "slow.vexseq"):
-            self.sequence(name, 60 if name in ("a.vexseq", "slow.vexseq") else 0.3, (0.0, 1, 100))
+        for name in ("flash.vexseq", "spark.vexseq", "a.vexseq", "slow.vexseq", "a2.vexseq"):
+            self.sequence(name, 60 if name in ("a.vexseq", "slow.vexseq", "a2.vexseq") else 0.3, (0.0, 1, 100))
 
     def send(self, data, address="127.0.0.1"):
         with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as sender:
@@ -107,6 +107,55 @@ class Inputs(Stage):
         self.assert_in_order(tray, "Trigger detected: Another", "Startup trigger detected",
                              "Starting Interactive: flash.vexseq", "Registering interactive triggers")
         self.assert_line(tray, "Starting Animation: a.vexseq")
+
+    def start_mode(self, kind):
+        """A show with a background, an animation, a startup trigger (input 3) and a group (input 4)."""
+        self.sequence("sky.vexseq", 60, (0.0, 2, 50))
+        text = ("((0,1,2,0,,,T,F,F),(0,1,2,0,,,T,F,F),(1,0,1,0,,(a.vexseq),T,F,F),(0,1,2,0,,,T,F,F),,"
+                f"(2,0,1,0,,(sky.vexseq),T,F,F),({group((4, 'flash.vexseq'))}),{kind},(3,Front door,1,0),F)")
+        tray = self.play_show(text=text)
+        self.assert_line(tray, "Registering startup trigger")
+        return tray
+
+    def test_start_mode_1_holds_everything_back_until_the_press(self):
+        tray = self.start_mode(1)
+        self.oscsend("iiis", 0, 1, 4, "early")
+        self.assert_line(tray, "Trigger detected: early")
+        self.assertFalse(tray.wait_line("Starting Background", 1))
+        self.oscsend("iiis", 0, 1, 3, "door")
+        self.assert_in_order(tray, "Startup trigger detected", "Clearing triggers", "Starting Background: sky.vexseq",
+                             "Registering interactive triggers", "Starting Animation: a.vexseq")
+        self.assertFalse(tray.wait_line("Starting Interactive", 0.3), "the early press was only written down")
+
+    def test_start_mode_2_plays_the_background_and_holds_the_rest_back(self):
+        tray = self.start_mode(2)
+        self.assert_line(tray, "Starting Background: sky.vexseq")
+        self.assertEqual(self.vexctl("trigger", "0", "1", "4", "early").returncode, 0)
+        self.assert_line(tray, "Trigger detected: early")
+        self.assertFalse(tray.wait_line("Starting Animation", 1))
+        self.assertEqual(self.vexctl("trigger", "0", "1", "3").returncode, 0)
+        self.assert_in_order(tray, "Startup trigger detected", "Starting Animation: a.vexseq")
+        self.assertEqual(sum("Starting Background" in line for line in tray.lines()), 1)
+        self.assertFalse(any("Starting Interactive" in line for line in tray.lines()))
+
+    def test_any_other_start_mode_holds_nothing_back(self):
+        tray = self.start_mode(3)
+        self.assert_line(tray, "Starting Animation: a.vexseq")
+        self.oscsend("iiis", 0, 1, 4, "bell")
+        self.oscsend("iiis", 0, 1, 3, "door")
+        self.assert_in_order(tray, "Starting Background: sky.vexseq", "Trigger detected: bell", "Startup trigger detected")
+        self.assert_line(tray, "Starting Interactive: flash.vexseq")
+
+    def test_a_magic_toy_plays_all_of_a_trigger_and_stops_what_its_group_played(self):
+        self.sequence("bell.vexseq", 60, (0.0, 5, 100))
+        tray = self.ready(group((3, "slow.vexseq", "a2.vexseq"), (4, "bell.vexseq"), independent="T"))
+        self.oscsend("iiis", 0, 1, 3, "toy")
+        self.assert_line(tray, "Starting Interactive: slow.vexseq")
+        self.oscsend("iiis", 0, 1, 4, "bell")
+        self.assert_in_order(tray, "Trigger detected: bell", "Ending Interactive: slow.vexseq")
+        self.assert_line(tray, "Starting Interactive: bell.vexseq")
+        self.assertTrue(wait_until(lambda: [each["file"] for each in self.status()["playing"]] ==
+                                   ["a.vexseq", "bell.vexseq"], 5), self.status())
 
     def test_what_is_no_trigger_is_told_once_and_the_show_goes_on(self):
         tray = self.ready(group((3, "flash.vexseq")))

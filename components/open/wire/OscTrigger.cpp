@@ -64,7 +64,15 @@ class TriggerReader {
       return Wrong("\"" + std::string(path).substr(0, 40) + "\" with types \"" +
                    std::string(types).substr(0, 20) + "\"");
     lo_arg** const values = lo_message_get_argv(message.get());
-    Triggers.push_back({values[0]->i, values[1]->i, values[2]->i, &values[3]->s});
+    Triggers.push_back(
+        {Number(values[0]), Number(values[1]), Number(values[2]), reinterpret_cast<const char*>(values[3])});
+  }
+
+  /// The library's values lie at multiples of four bytes, its type for them wants eight.
+  static int32_t Number(const void* value) {
+    int32_t lNumber = 0;
+    std::memcpy(&lNumber, value, sizeof lNumber);
+    return lNumber;
   }
 
   void Wrong(const std::string& szWhat) {
