@@ -21,7 +21,7 @@ bool IsNull(const Schedule::ShowNode* node) {
 }
 
 bool Holds(const Schedule::ShowNode& node, const WeekTime::Reference& time) {
-  return time->BetweenEquals(node.Obj()->StartTime(), node.Obj()->EndTime());
+  return Required(time).BetweenEquals(node.Obj()->StartTime(), node.Obj()->EndTime());
 }
 
 [[noreturn]] void Conflict(int32_t lNumber) {

@@ -388,6 +388,16 @@ TEST(ScheduleCheckAdd, AnEndAtTheGapsStartCountsAsTheWholeWeek) {
   EXPECT_EQ(0, schedule.CheckAdd(At(Tue, 12), At(Mon, 22)));
 }
 
+TEST(ScheduleCheckAdd, AnAbsentTimeIsTheCallersError) {
+  Schedule schedule;
+  schedule.AddShowEvent(ShowFrom(At(Tue, 18), At(Tue, 22)));
+  const std::string szNotSet = "91//Object variable not set";
+  EXPECT_EQ(szNotSet, RaisedError([&] { (void)schedule.CheckAdd(nullptr, At(Mon, 18)); }));
+  EXPECT_EQ(szNotSet, RaisedError([&] { (void)schedule.CheckAdd(At(Mon, 18), nullptr); }));
+  EXPECT_EQ(szNotSet, RaisedError([&] { (void)schedule.CheckAddSlide(nullptr, At(Mon, 18), Tue); }));
+  EXPECT_EQ(szNotSet, RaisedError([&] { (void)schedule.CheckAddSlide(At(Mon, 18), nullptr, Tue); }));
+}
+
 TEST(ScheduleCheckAddSlide, MovesStartAndEndTogether) {
   Schedule schedule;
   schedule.AddShowEvent(ShowFrom(At(Wed, 0), At(Wed, 12)));
