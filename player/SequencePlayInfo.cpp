@@ -2,6 +2,7 @@
 
 #include "basic/Error.h"
 #include "host/Processes.h"
+#include "player/Handlers.h"
 
 namespace vex {
 
@@ -115,7 +116,9 @@ NextDue SequencePlayInfo::NextStateChange() {
 }
 
 void SequencePlayInfo::m_Sequence_KeepAlive() {
-  if (m_CIO) m_CIO->KeepAlive();
+  GuardHandler(m_Surroundings.Report, "m_Sequence_KeepAlive", [this] {
+    if (m_CIO) m_CIO->KeepAlive();
+  });
 }
 
 }  // namespace vex

@@ -84,20 +84,21 @@ void ShowPlayer::TakeMediaPlayer(const SequenceReference& sequence, const std::s
   m_WMP->Play();
 }
 
-// Whether the sequence is still playing.
+// Whether the sequence is still playing. Letting go of the media player is part of the check, so that a
+// failure there marks the sequence too.
 bool ShowPlayer::CheckSequence(const SequenceReference& sequence) {
-  bool boolPlaying = false;
   try {
-    boolPlaying = SyncSequence(sequence);
+    if (SyncSequence(sequence)) return true;
+    ReleaseMediaOf(sequence);
+    return false;
   } catch (const Error& error) {
     sequence->ErrorText(error.Description);
-    Log(StatusReport::LevelError, "ERROR PLAYING SEQUENCE (" + error.Description + "):");
   } catch (const std::exception& error) {
     sequence->ErrorText(error.what());
-    Log(StatusReport::LevelError, std::string("ERROR PLAYING SEQUENCE (") + error.what() + "):");
   }
-  if (!boolPlaying) ReleaseMediaOf(sequence);
-  return boolPlaying;
+  Log(StatusReport::LevelError, "ERROR PLAYING SEQUENCE (" + sequence->ErrorText() + "):");
+  ReleaseMediaOf(sequence);
+  return false;
 }
 
 bool ShowPlayer::SyncSequence(const SequenceReference& sequence) {

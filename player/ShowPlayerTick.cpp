@@ -134,12 +134,14 @@ void ShowPlayer::FinishShow() {
 
 // Ticks that would find nothing to do are left out. What a tick looks at changes only by the tick itself,
 // by the clock (a sequence's own end, the next lighting event of the music, the delay's end) or by an event
-// from outside, which wakes the timer.
+// from outside, which wakes the timer. A device that fails to tell is looked at in every tick.
 void ShowPlayer::SleepUntilSomethingIsDue() {
   if (m_Busy || !m_StartQueue.Empty()) return;
-  const NextDue due = NextTickDue();
-  if (due.IsEveryTick()) return;
-  m_ShowTimer->QuietUntil(due.IsNever() ? Elapsed::max() : Elapsed(due.Value()));
+  IgnoreErrors([this] {
+    const NextDue due = NextTickDue();
+    if (due.IsEveryTick()) return;
+    m_ShowTimer->QuietUntil(due.IsNever() ? Elapsed::max() : Elapsed(due.Value()));
+  });
 }
 
 NextDue ShowPlayer::NextTickDue() {

@@ -29,6 +29,7 @@ struct SequenceScript {
   std::string FailPrepare;
   std::string FailStart;
   std::string FailSync;
+  std::string FailHint;
   bool Loops = true;  // whether the loop option is obeyed
 };
 
@@ -52,8 +53,14 @@ class FakeChannelIO : public ChannelIO {
   void RegisterTrigger(const Trigger& trigger) override {
     Line("registerTrigger", trigger.Network(), trigger.UnitId(), trigger.InputNumber());
   }
-  void ClearTriggers() override { m_Transcript.push_back("io clearTriggers"); }
-  void KeepAlive() override { m_Transcript.push_back("io keepAlive"); }
+  void ClearTriggers() override {
+    m_Transcript.push_back("io clearTriggers");
+    if (!FailClear.empty()) throw Error(1, "ChannelIO", FailClear);
+  }
+  void KeepAlive() override {
+    m_Transcript.push_back("io keepAlive");
+    if (!FailKeepAlive.empty()) throw Error(1, "ChannelIO", FailKeepAlive);
+  }
   bool AcceptsUnit(int32_t, int32_t lUnit) override { return lUnit != RefusedUnit; }
   bool AcceptsCircuit(int32_t, int32_t, int32_t lCircuit) override { return lCircuit != RefusedCircuit; }
   void SendEvent(int32_t lNetwork, int32_t lUnit, int32_t lCircuit, double startLevel, double endLevel,
@@ -72,6 +79,8 @@ class FakeChannelIO : public ChannelIO {
   void ShowsEnded() override { ++ShowsEndedCount; }
 
   std::string FailOpen;
+  std::string FailClear;
+  std::string FailKeepAlive;
   int32_t RefusedUnit = -1;
   int32_t RefusedCircuit = -1;
   int32_t ShowsEndedCount = 0;
@@ -157,6 +166,7 @@ class FakeEngine : public SequenceEngine {
     return NextDue::At(m_Script->Events[m_NextEvent].StartTime);
   }
   NextDue NextStateChange() override {
+    if (m_Script && !m_Script->FailHint.empty()) throw Error(1, "Sequence", m_Script->FailHint);
     if (!m_Playing || m_HasMedia || Looping()) return NextDue::Never();
     return NextDue::At(End().count());
   }
@@ -215,6 +225,7 @@ class FakeMediaPlayer : public MediaPlayer {
   }
   void Stop() override {
     m_Transcript.push_back("media stop");
+    if (!FailStop.empty()) throw Error(1, "Media", FailStop);
     m_Playing = false;
   }
   int32_t PlayState() override {
@@ -249,6 +260,7 @@ class FakeMediaPlayer : public MediaPlayer {
   std::vector<std::string> Errors;
   bool FailErrors = false;
   std::string FailPlay;
+  std::string FailStop;
   int32_t ExpectedCount = 0;
 
  private:
@@ -264,6 +276,7 @@ class FakeWindow : public MediaWindow {
  public:
   explicit FakeWindow(Transcript& transcript) : m_Transcript(transcript) {}
   void Place(int32_t lLeft, int32_t lTop) override {
+    if (!FailPlace.empty()) throw Error(1, "Window", FailPlace);
     m_Transcript.push_back("window place " + std::to_string(lLeft) + " " + std::to_string(lTop));
   }
   void Show() override {
@@ -277,6 +290,8 @@ class FakeWindow : public MediaWindow {
   bool Loaded() const override { return true; }
   bool Visible() const override { return m_Visible; }
   void Unload() override {}
+
+  std::string FailPlace;
 
  private:
   Transcript& m_Transcript;

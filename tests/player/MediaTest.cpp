@@ -151,6 +151,14 @@ TEST_F(PlayerMedia, APlayThatRaisesIsTheTicksErrorAndTheSongEnds) {
   EXPECT_TRUE(rig.Has("1 Finished show: eve.shw"));
 }
 
+TEST_F(PlayerMedia, AWindowThatFailsIsALineAndTheSongGoesOn) {
+  Begin();
+  rig.Window->FailPlace = "no display";
+  Open("video");
+  EXPECT_THAT(rig.Lines, ElementsAre("3 m_WMP_OpenStateChange Error: no display"));
+  EXPECT_TRUE(rig.Player->MediaHolder());
+}
+
 TEST_F(PlayerMedia, WhatADeviceMustTellPeopleIsALineOfLevelThree) {
   Begin();
   rig.Lights->Trouble("network unreachable");

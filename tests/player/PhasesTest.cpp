@@ -201,6 +201,18 @@ TEST(ShowPlayerPhases, TheDelaysEndIsRoundedHalvesToEven) {
   EXPECT_EQ(rig.TimeOf("0 Delay finished"), 2000);  // 64800.5 + 2 = 64802.5 becomes 64802
 }
 
+TEST(ShowPlayerPhases, TheDelaysEndIsNotCutOff) {
+  PlayerRig rig;
+  rig.Sequences({"m1"}, 9999, "song.ogg");
+  rig.Media->Lengths["song.ogg"] = 1498;  // from 2 ms to 1500 ms
+  ShowText text;
+  text.Songs = {"m1"};
+  text.Delay = 2;
+  rig.Give(text);
+  rig.Run(5000);
+  EXPECT_EQ(rig.TimeOf("0 Delay finished"), 4000);  // 64801.5 + 2 = 64803.5 becomes 64804
+}
+
 TEST(ShowPlayerPhases, ADelayThatWouldEndAfterMidnightNeverEnds) {
   PlayerRig rig;
   rig.Host.Clock().SetWallClock(DateTime::FromParts(2026, 12, 24, 23, 59, 58));

@@ -67,6 +67,20 @@ TEST(StartNextQueued, X10AndCourserAreOpenedByTheFirstThatUsesThemOnceARun) {
   EXPECT_EQ(rig.LinesOf("io openX10").size(), 1U);
 }
 
+TEST(StartNextQueued, TheMainNetworksAreOpenedForPlayOnceARun) {
+  PlayerRig rig;
+  rig.Sequences({"a"}, 100);
+  rig.Library["a"].Networks = {NetworkKind::Main};
+  ShowText text;
+  text.Animation = {"a"};
+  rig.Give(text);
+  rig.Run(500);
+  rig.Give(text, "again.shw");
+  rig.Run(1000);
+  EXPECT_TRUE(rig.Has("1 Starting show: again.shw"));
+  EXPECT_EQ(rig.LinesOf("io openNetwork 0 1 1").size(), 1U);
+}
+
 TEST(StartNextQueued, RunsTheShellCommandWithItsWindowStyle) {
   PlayerRig rig;
   rig.Sequences({"a"}, 100000);
@@ -226,6 +240,38 @@ TEST(CheckSequence, ANegativeRateTakesItsPlaceByItsSize) {
   EXPECT_TRUE(rig.Has("io send 0 1 1 0->100 fade 0% 0..100 takes 10000000"));
 }
 
+// Letting go of the media player is part of the check, and fails as the rest of it.
+TEST(CheckSequence, AMediaPlayerThatCannotBeStoppedIsAFailureOfTheSequence) {
+  PlayerRig rig;
+  rig.Sequences({"m1"}, 9999, "song.ogg");
+  rig.Media->FailStop = "stuck";
+  ShowText text;
+  text.Songs = {"m1"};
+  text.Delay = 10;
+  rig.Give(text);
+  rig.Run(900);
+  rig.Forget();
+  rig.Run(300);
+  EXPECT_THAT(rig.Lines, ElementsAre("seq stop m1", "media stop",
+                                     "3 ERROR PLAYING SEQUENCE (stuck):", "1 Ending Musical: m1",
+                                     "1 Delaying between Musical sequences for 10 seconds"));
+  EXPECT_FALSE(rig.Player->MediaHolder());
+  rig.Media->FailStop.clear();
+}
+
+// A device that cannot say when it must be looked at is looked at in every tick.
+TEST(CheckSequence, AHintThatFailsIsNoFailure) {
+  PlayerRig rig;
+  rig.Sequences({"a"}, 1000);
+  rig.Library["a"].FailHint = "cannot tell";
+  ShowText text;
+  text.Animation = {"a"};
+  rig.Give(text);
+  rig.Run(1500);
+  EXPECT_EQ(rig.TimeOf("1 Ending Animation: a"), 1002);
+  EXPECT_THAT(rig.LinesOf("3"), IsEmpty());
+}
+
 TEST(SequencePlayInfo, NewOneHasItsDefaults) {
   PlayerRig rig;
   SequenceSurroundings surroundings{rig, nullptr, nullptr, rig.Host.Processes()};
@@ -317,6 +363,14 @@ TEST_F(SequencePlayInfoTest, TheEnginesKeepAliveReachesTheControl) {
   info.InitializeForPlay();
   engine->KeepAlive();
   EXPECT_EQ(rig.Lines.back(), "io keepAlive");
+}
+
+TEST_F(SequencePlayInfoTest, AKeepAliveThatFailsIsALineAndNoConcernOfTheEngine) {
+  rig.Lights->FailKeepAlive = "no answer";
+  info.Filename("s");
+  info.InitializeForPlay();
+  engine->KeepAlive();
+  EXPECT_EQ(rig.Lines.back(), "3 m_Sequence_KeepAlive Error: no answer");
 }
 
 TEST_F(SequencePlayInfoTest, AKeepAliveWithoutControlIsPassedOver) {

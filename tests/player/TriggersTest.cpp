@@ -63,6 +63,7 @@ TEST_F(Triggers, ASecondPressInAJukeboxIsDroppedWhileItPlays) {
   rig.Run(100);
   EXPECT_EQ(rig.LinesOf("1 Starting").size(), 1U);
   EXPECT_EQ(rig.LinesOf("0 Queueing").size(), 2U);
+  EXPECT_THAT(rig.LinesOf("seq stop"), IsEmpty());
   rig.Run(1000);
   rig.Press(3);
   rig.Run(10);
@@ -112,6 +113,73 @@ TEST_F(Triggers, AnIndependentGroupThatMayNotBeInterruptedDropsAllButTheFirst) {
   rig.Press(3);
   rig.Run(100);
   EXPECT_THAT(rig.LinesOf("1 Starting"), ElementsAre("1 Starting Interactive: x"));
+}
+
+TEST_F(Triggers, OfASequenceTwiceInOneListTheFirstRunIsStoppedByTheSecond) {
+  Begin(WithGroup(true, true, {{Door, {"x", "y", "x"}}}));
+  rig.Press(3);
+  rig.Run(100);
+  EXPECT_THAT(rig.LinesOf("1 Starting"), ElementsAre("1 Starting Interactive: x", "1 Starting Interactive: y",
+                                                     "1 Starting Interactive: x"));
+  EXPECT_THAT(rig.LinesOf("seq stop"), ElementsAre("seq stop x"));
+}
+
+// The song comes first in the playing list and has to go; the sequence of the group behind it may not.
+TEST_F(Triggers, WhatHasBeenStoppedStaysStoppedWhenTheNewSequenceIsDroppedAfterAll) {
+  rig.Sequences({"song"}, 9999, "song.ogg");
+  rig.Sequences({"y"}, 9999, "jingle.ogg");
+  rig.Media->Lengths["song.ogg"] = 60000;
+  ShowText text = WithGroup(false, false, {{Door, {"x", "y"}}});
+  text.Songs = {"song"};
+  text.Delay = 30;
+  Begin(text);
+  rig.Press(3);
+  rig.Run(100);
+  ASSERT_TRUE(rig.Has("1 Starting Interactive: x"));
+  rig.Forget();
+  rig.Press(3);
+  rig.Run(100);
+  EXPECT_THAT(rig.Lines,
+              ElementsAre("1 Trigger detected: Button", "0 Queueing Interactive: y",
+                          "1 Loading sequence: y Interactive: y", "seq load y", "seq stop song", "media stop",
+                          "1 Ending Musical: song", "1 Delaying between Musical sequences for 30 seconds"));
+}
+
+TEST_F(Triggers, AFailureInTheTriggersHandlerIsALine) {
+  ShowText text;
+  text.StartupType = 1;
+  text.StartupTrigger = Door;
+  Begin(text);
+  rig.Lights->FailClear = "stuck";
+  rig.Press(3);
+  EXPECT_THAT(rig.LinesOf("3"), ElementsAre("3 m_CIO_TriggerDetected Error: stuck"));
+  rig.Lights->FailClear.clear();
+}
+
+TEST_F(Triggers, GroupsDoNotStopEachOther) {
+  ShowText text;
+  text.Groups =
+      "(" + GroupText(false, true, {{Door, {"x"}}}) + "," + GroupText(true, true, {{Bell, {"y"}}}) + ")";
+  Begin(text);
+  rig.Press(3);
+  rig.Press(4);
+  rig.Run(100);
+  EXPECT_EQ(rig.Player->Playing().Count(), 2);
+  EXPECT_THAT(rig.LinesOf("seq stop"), IsEmpty());
+}
+
+TEST_F(Triggers, AnInteractiveSequenceWithMediaLetsTheAnimationGoOn) {
+  rig.Sequences({"a"}, 9999);
+  rig.Sequences({"x"}, 9999, "jingle.ogg");
+  ShowText text = WithGroup(false, false, {{Door, {"x"}}});
+  text.Animation = {"a"};
+  Begin(text);
+  rig.Run(10);
+  rig.Forget();
+  rig.Press(3);
+  rig.Run(500);
+  EXPECT_EQ(rig.Player->MediaHolder()->Filename(), "x");
+  EXPECT_THAT(rig.LinesOf("seq stop"), IsEmpty());
 }
 
 TEST_F(Triggers, OneInputMayServeSeveralGroups) {
