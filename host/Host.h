@@ -37,6 +37,8 @@ class Host {
   /// Tells where drive letters lie: lookUp gets a capital letter and answers the machine's folder, as the
   /// settings have it, or empty text when the letter is not set. Machines with drives of their own need none.
   virtual void DriveTable(std::function<std::string(char)> /*lookUp*/) {}
+  /// The file that holds the settings, a path of the machine in UTF-8; empty where it keeps them elsewhere.
+  [[nodiscard]] virtual std::string SettingsFile() const { return {}; }
   /// The handler runs on the loop when the machine asks the program to end (termination, an interrupt from
   /// the terminal). Without it the program just ends.
   virtual void OnTerminate(std::function<void()> /*handler*/) {}

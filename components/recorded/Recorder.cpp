@@ -7,7 +7,8 @@
 
 namespace vex {
 
-Recorder::Recorder(const Clock& clock, Sink sink) : m_Clock(clock), m_Sink(std::move(sink)) {}
+Recorder::Recorder(const Clock& clock, Sink sink, Filter wanted)
+    : m_Clock(clock), m_Sink(std::move(sink)), m_Wanted(std::move(wanted)) {}
 
 JsonLine Recorder::CallLine(std::string_view szKind, std::string_view szCall) const {
   JsonLine line(m_Clock, szKind);
@@ -16,27 +17,27 @@ JsonLine Recorder::CallLine(std::string_view szKind, std::string_view szCall) co
 }
 
 void Recorder::Sequence(std::string_view szCall, const std::string& szFile) {
-  m_Sink("seq", szCall, CallLine("seq", szCall).Add("file", szFile));
+  if (Wanted("seq", szCall)) m_Sink("seq", szCall, CallLine("seq", szCall).Add("file", szFile));
 }
 
 void Recorder::MediaOpen(const std::string& szFile) {
-  m_Sink("media", "open", CallLine("media", "open").Add("file", szFile));
+  if (Wanted("media", "open")) m_Sink("media", "open", CallLine("media", "open").Add("file", szFile));
 }
 
 void Recorder::Media(std::string_view szCall) {
-  m_Sink("media", szCall, CallLine("media", szCall));
+  if (Wanted("media", szCall)) m_Sink("media", szCall, CallLine("media", szCall));
 }
 
 void Recorder::InputOutput(std::string_view szCall, const std::vector<JsonValue>& arguments) {
-  m_Sink("io", szCall, CallLine("io", szCall).Add("args", arguments));
+  if (Wanted("io", szCall)) m_Sink("io", szCall, CallLine("io", szCall).Add("args", arguments));
 }
 
 void Recorder::Window(std::string_view szCall) {
-  m_Sink("window", szCall, CallLine("window", szCall));
+  if (Wanted("window", szCall)) m_Sink("window", szCall, CallLine("window", szCall));
 }
 
 void Recorder::Shell(const std::string& szCommandLine) {
-  m_Sink("shell", "", JsonLine(m_Clock, "shell").Add("commandLine", szCommandLine));
+  if (Wanted("shell", "")) m_Sink("shell", "", JsonLine(m_Clock, "shell").Add("commandLine", szCommandLine));
 }
 
 Recorder::Sink FileSink(Files& files, const std::string& szPath) {

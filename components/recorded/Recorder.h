@@ -20,7 +20,11 @@ class Recorder {
   /// What becomes of a line; szCall is its "call", empty for a shell command.
   using Sink = std::function<void(std::string_view szKind, std::string_view szCall, const JsonLine& line)>;
 
-  Recorder(const Clock& clock, Sink sink);
+  /// Whether a call is to be written down at all; a line that nobody wants is not even made.
+  using Filter = std::function<bool(std::string_view szKind, std::string_view szCall)>;
+
+  /// Without a filter every call is wanted.
+  Recorder(const Clock& clock, Sink sink, Filter wanted = nullptr);
 
   void Sequence(std::string_view szCall, const std::string& szFile);
   void MediaOpen(const std::string& szFile);
@@ -30,10 +34,14 @@ class Recorder {
   void Shell(const std::string& szCommandLine);
 
  private:
+  [[nodiscard]] bool Wanted(std::string_view szKind, std::string_view szCall) const {
+    return !m_Wanted || m_Wanted(szKind, szCall);
+  }
   [[nodiscard]] JsonLine CallLine(std::string_view szKind, std::string_view szCall) const;
 
   const Clock& m_Clock;
   Sink m_Sink;
+  Filter m_Wanted;
 };
 
 /// A sink that writes each line to a file of that path, begun anew with the first line; a line is in the file

@@ -20,6 +20,7 @@ class LinuxRegistry : public Registry {
   explicit LinuxRegistry(std::string szHostPath) : m_Path(std::move(szHostPath)) {}
   /// VEX_SETTINGS, else vexmonitor/settings.reg below XDG_CONFIG_HOME or ~/.config.
   static std::string PathFromEnvironment();
+  [[nodiscard]] const std::string& File() const { return m_Path; }
 
   int32_t OpenKey(RegistryRoot root, const std::string& szSubkey, uint32_t access, RegistryKey& key) override;
   int32_t CreateKey(RegistryRoot root, const std::string& szSubkey, RegistryKey& key) override;

@@ -21,6 +21,8 @@ class CommandFailure : public std::runtime_error {
 struct CommandContext {
   Host& Machine;
   bool Json = false;
+  /// For a command that has done what was asked and still has bad news.
+  int Status = ExitDone;
 };
 
 /// A command-line argument, UTF-8, as the system's single-byte text; wrong usage where it holds a character

@@ -11,4 +11,7 @@ void AddTimelineCommand(CLI::App& app, CommandContext& context);
 /// why: what is in force at a moment, and why nothing else is.
 void AddWhyCommand(CLI::App& app, CommandContext& context);
 
+/// rehearse: the real player on a virtual clock.
+void AddRehearseCommand(CLI::App& app, CommandContext& context);
+
 }  // namespace vex

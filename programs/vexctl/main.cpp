@@ -24,6 +24,7 @@ constexpr const char* Description =
     "  vexctl reload              after a schedule file has been changed\n"
     "  vexctl shutdown            end after the show's shutdown sequences\n"
     "  vexctl why                 what is in force now, and why nothing else is\n"
+    "  vexctl rehearse --from \"2026-12-24 17:00\" --until \"2026-12-25 00:00\"\n"
     "  vexctl timeline --from \"2026-12-01 00:00\" --to \"2026-12-31 00:00\"\n\n"
     "The player is found in VEX_RUNTIME_DIR (default $XDG_RUNTIME_DIR/vexmonitor, else "
     "/tmp/vexmonitor-UID).\n"
@@ -48,9 +49,10 @@ int Run(int argc, char** argv) {
   vex::AddTriggerCommand(app, context);
   vex::AddTimelineCommand(app, context);
   vex::AddWhyCommand(app, context);
+  vex::AddRehearseCommand(app, context);
   try {
     app.parse(argc, argv);
-    return vex::ExitDone;
+    return context.Status;
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? vex::ExitDone : vex::ExitUsage;
   }

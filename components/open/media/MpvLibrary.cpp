@@ -26,6 +26,8 @@ MpvLibrary Load() {
   Find(library, "mpv_command_async", functions.CommandAsync, szFailure);
   Find(library, "mpv_create", functions.Create, szFailure);
   Find(library, "mpv_error_string", functions.ErrorString, szFailure);
+  Find(library, "mpv_free", functions.Free, szFailure);
+  Find(library, "mpv_get_property", functions.GetProperty, szFailure);
   Find(library, "mpv_get_property_async", functions.GetPropertyAsync, szFailure);
   Find(library, "mpv_hook_add", functions.HookAdd, szFailure);
   Find(library, "mpv_hook_continue", functions.HookContinue, szFailure);

@@ -13,6 +13,8 @@ struct MpvLibrary {
   decltype(&mpv_command_async) CommandAsync = nullptr;
   decltype(&mpv_create) Create = nullptr;
   decltype(&mpv_error_string) ErrorString = nullptr;
+  decltype(&mpv_free) Free = nullptr;
+  decltype(&mpv_get_property) GetProperty = nullptr;
   decltype(&mpv_get_property_async) GetPropertyAsync = nullptr;
   decltype(&mpv_hook_add) HookAdd = nullptr;
   decltype(&mpv_hook_continue) HookContinue = nullptr;

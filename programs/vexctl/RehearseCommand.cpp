@@ -1,0 +1,169 @@
+#include <iostream>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "basic/Error.h"
+#include "components/open/media/MediaProbe.h"
+#include "host/CodePage.h"
+#include "host/Files.h"
+#include "host/RegistryText.h"
+#include "player/StatusReport.h"
+#include "programs/vexctl/ScheduleCommands.h"
+#include "programs/vexctl/ScheduleFiles.h"
+#include "tools/rehearsal/Narrator.h"
+#include "tools/rehearsal/Rehearsal.h"
+#include "tools/rehearsal/RehearsalInputs.h"
+
+namespace vex {
+namespace {
+
+struct RehearseOptions {
+  std::string From;
+  std::string Until;
+  std::string Settings;
+  std::string Inputs;
+  std::vector<std::string> Only;
+  uint64_t Seed = 1;
+  bool NoSchedule = false;
+  bool AssumeMedia = false;
+  bool Summary = false;
+  bool Strict = false;
+};
+
+const std::set<std::string> Kinds{"log",    "sent",  "seq", "media", "io",
+                                  "window", "shell", "box", "send",  "flush"};
+
+std::string ReadRequired(Files& files, const std::string& szFile) {
+  std::string szText;
+  std::string szReason;
+  if (!files.Read(files.SystemPath(szFile), szText, &szReason))
+    throw CommandFailure(ExitCannot, szFile + ": " + szReason);
+  return szText;
+}
+
+/// A settings file that is not there leaves every value at its default, as for the player.
+RegistryText ReadSettings(CommandContext& context, const RehearseOptions& options) {
+  Files& files = context.Machine.Files();
+  std::string szText;
+  const std::string szFile = options.Settings.empty() ? context.Machine.SettingsFile() : options.Settings;
+  if (!options.Settings.empty())
+    szText = ReadRequired(files, szFile);
+  else
+    static_cast<void>(files.Read(files.SystemPath(szFile), szText));
+  RegistryText settings(szText);
+  for (const RegistryTextError& error : settings.Errors())
+    std::cerr << "vexctl: " << szFile << ":" << error.Line << ": " << error.Message << "\n";
+  return settings;
+}
+
+/// Drives are those of the settings that are rehearsed.
+void TakeDrivesFrom(CommandContext& context, std::shared_ptr<const RegistryText> settings) {
+  context.Machine.DriveTable([settings](char letter) {
+    const auto* const value = settings->Find("Software\\Brillara\\Drives", std::string(1, letter));
+    return value != nullptr && value->Kind == RegistryKind::String ? value->Text : std::string();
+  });
+}
+
+std::vector<RehearsalInput> ReadInputs(Files& files, const std::string& szFile, DateTime from) {
+  if (szFile.empty()) return {};
+  const size_t slash = szFile.rfind('/');
+  const std::string szFolder = slash == std::string::npos ? std::string() : szFile.substr(0, slash + 1);
+  try {
+    return ReadRehearsalInputs(ReadRequired(files, szFile), from, szFolder);
+  } catch (const InputsError& error) {
+    throw CommandFailure(ExitCannot, szFile + ", " + error.what());
+  }
+}
+
+class Printer {
+ public:
+  explicit Printer(const std::vector<std::string>& only) : m_Only(only.begin(), only.end()) {}
+
+  /// Without a choice everything but the lighting events and their flushes.
+  [[nodiscard]] bool Prints(const RehearsalEvent& event) const {
+    if (m_Only.empty()) return event.Call != "send" && event.Call != "flush";
+    return m_Only.contains(event.Kind) || m_Only.contains(event.Call);
+  }
+
+ private:
+  std::set<std::string, std::less<>> m_Only;
+};
+
+int Rehearse(CommandContext& context, const RehearseOptions& options) {
+  for (const std::string& szKind : options.Only) {
+    if (!Kinds.contains(szKind))
+      throw CommandFailure(ExitUsage,
+                           "--only: there is no kind \"" + szKind +
+                               "\"; possible are log, sent, seq, media, io, send, flush, window, shell, box");
+  }
+  Files& files = context.Machine.Files();
+  const auto settings = std::make_shared<const RegistryText>(ReadSettings(context, options));
+  TakeDrivesFrom(context, settings);
+  RehearsalOptions rehearsal;
+  rehearsal.From = ParseMoment(options.From, "--from");
+  rehearsal.Until = ParseMoment(options.Until, "--until");
+  rehearsal.NoSchedule = options.NoSchedule;
+  rehearsal.Seed = options.Seed;
+  rehearsal.AssumeMedia = options.AssumeMedia;
+  auto inputs = ReadInputs(files, options.Inputs, rehearsal.From);
+  if (rehearsal.From >= rehearsal.Until) throw CommandFailure(ExitUsage, "--until is not after --from");
+
+  MediaProbe probe(files);
+  Rehearsal evening(files, *settings, rehearsal, std::move(inputs), [&probe](const std::string& szPath) {
+    const ProbedMedia media = probe.Look(szPath);
+    MediaFacts facts{media.MediaType, media.Length, {}};
+    if (!media.Failure.empty()) facts.Errors.push_back(media.Failure);
+    return facts;
+  });
+  const Printer printer(options.Only);
+  const bool boolTells = !context.Json && !options.Summary;
+  Narrator narrator([&evening] { return evening.Now(); },
+                    boolTells ? [](const std::string& szLine) { std::cout << AnsiToUtf8(szLine) << "\n"; }
+                              : Narrator::Teller());
+  evening.Write(
+      [&](const RehearsalEvent& event) {
+        narrator.Hear(event);
+        return context.Json && !options.Summary && printer.Prints(event);
+      },
+      [](const JsonLine& line) { std::cout << line.Text() << "\n"; });
+  evening.Run();
+  narrator.Finish();
+  if (!context.Json || options.Summary)
+    std::cout << narrator.Summary(rehearsal.From, rehearsal.Until) << "\n";
+  std::cout.flush();
+  return options.Strict && narrator.Errors() > 0 ? ExitCannot : ExitDone;
+}
+
+}  // namespace
+
+void AddRehearseCommand(CLI::App& app, CommandContext& context) {
+  auto* const rehearse = app.add_subcommand(
+      "rehearse",
+      "Play an evening, or a season, on a virtual clock and tell what happens\n\n"
+      "The real player from its start-up on, with the settings, schedules, shows and sequences of this "
+      "machine;\n"
+      "no light is lit, no sound is heard, no program is started. The same input gives the same output.\n\n"
+      "Examples: vexctl rehearse --from \"2026-12-24 17:00\" --until \"2026-12-25 00:00\"\n"
+      "          vexctl rehearse --from \"2026-11-20 00:00\" --until \"2027-01-06 00:00\" --summary "
+      "--strict");
+  auto options = std::make_shared<RehearseOptions>();
+  rehearse->add_option("--from", options->From, "when the player is started, as 2026-12-24 17:00[:05]")
+      ->required();
+  rehearse->add_option("--until", options->Until, "when the rehearsal ends")->required();
+  rehearse->add_option("--settings", options->Settings, "settings file (default: that of the player)");
+  rehearse->add_flag("--noschedule", options->NoSchedule, "shows on demand only");
+  rehearse->add_option("--inputs", options->Inputs, "what happens from outside: a JSON object a line");
+  rehearse->add_option("--seed", options->Seed, "of the songs drawn by chance (default 1)");
+  rehearse->add_flag("--assume-media", options->AssumeMedia, "songs and videos need not be there");
+  rehearse
+      ->add_option("--only", options->Only,
+                   "with --json, print these kinds of lines: log,sent,seq,media,io,...")
+      ->delimiter(',');
+  rehearse->add_flag("--summary", options->Summary, "print only the counts at the end");
+  rehearse->add_flag("--strict", options->Strict, "end with status 1 when anything failed");
+  rehearse->callback([&context, options] { context.Status = Rehearse(context, *options); });
+}
+
+}  // namespace vex

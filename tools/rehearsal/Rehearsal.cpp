@@ -1,0 +1,223 @@
+#include "tools/rehearsal/Rehearsal.h"
+
+#include <utility>
+
+#include "components/open/OpenSequenceEngine.h"
+#include "components/open/OpenShellCommandManager.h"
+#include "components/recorded/RecordedChannelIO.h"
+#include "components/recorded/RecordedMediaPlayer.h"
+#include "components/recorded/RecordedMediaWindow.h"
+#include "components/recorded/RecordedSequenceEngine.h"
+#include "components/recorded/RecordedShellCommandManager.h"
+#include "components/recorded/Recorder.h"
+#include "components/recorded/SequenceFaults.h"
+#include "host/RegistryText.h"
+#include "host/virtual/VirtualHost.h"
+#include "monitor/frmMonitor.h"
+#include "player/PlayType.h"
+#include "player/SequencePlayInfo.h"
+#include "settings/LibFile.h"
+
+namespace vex {
+namespace {
+
+constexpr int32_t NoType = 0;
+
+JsonValue TextOrNull(std::string_view szText) {
+  if (szText.empty()) return nullptr;
+  return std::string(szText);
+}
+
+/// The type's two digits.
+int32_t TypeOf(const std::string& szPayload) {
+  if (szPayload.size() < 2) return NoType;
+  return (szPayload[0] - '0') * 10 + (szPayload[1] - '0');
+}
+
+}  // namespace
+
+/// The virtual machine with everything on it, and the one place at which all that happens passes by.
+class Rehearsal::Stage {
+ public:
+  Stage(vex::Files& files, const RegistryText& settings, const RehearsalOptions& options,
+        std::vector<RehearsalInput> inputs, MediaLibrary library)
+      : m_Options(options), m_Inputs(std::move(inputs)), m_Library(std::move(library)), m_Host(options.From) {
+    m_Host.Registry().Load(settings);
+    m_Host.Files().FallThrough(&files);
+    m_Host.MessageBoxes().OnShow([this](const VirtualMessageBoxes::Box& box) { NoteBox(box); });
+    m_Host.Windows().Sent(
+        [this](WindowHandle, const VirtualWindows::Message& message) { NoteSent(message); });
+  }
+  ~Stage() { m_Silent = true; }
+
+  [[nodiscard]] DateTime Now() { return m_Host.Clock().Now(); }
+
+  void Run() {
+    m_Silent = !Wants;
+    MakeForm();
+    m_Form->Form_Initialize();
+    if (!m_Form->Unloaded()) m_Form->Form_Load();
+    for (const RehearsalInput& input : m_Inputs)
+      m_Host.EventLoop().At(std::chrono::milliseconds(input.AtMs), [this, &input] { Happen(input); });
+    constexpr int64_t perSecond = 1000;
+    const int64_t last = m_Options.Until.SecondsSince(m_Options.From) * perSecond - 1;
+    if (!m_Form->Unloaded()) m_Host.EventLoop().AdvanceTo(std::chrono::milliseconds(last));
+    m_Silent = true;
+  }
+
+  Filter Wants;
+  LineSink Sink;
+
+ private:
+  /// Makes the line only where somebody wants it.
+  template <class Make>
+  void Note(const RehearsalEvent& event, Make make) {
+    if (!m_Silent && Wants(event)) Sink(make());
+  }
+
+  void NoteLog(int32_t lLevel, const std::string& szText, const SequencePlayInfo* playInfo) {
+    const std::string szPlay = playInfo ? PlayTypeWord(playInfo->PlayType()) : "";
+    const std::string szFile = playInfo ? playInfo->Filename() : "";
+    Note({"log", "", lLevel, szText, szPlay, szFile}, [&] {
+      JsonLine line(m_Host.Clock(), "log");
+      line.Add("level", lLevel).Add("text", szText);
+      line.Add("play", TextOrNull(szPlay));
+      return line.Add("file", playInfo ? JsonValue(szFile) : JsonValue(nullptr));
+    });
+  }
+
+  void NoteSent(const VirtualWindows::Message& message) {
+    const std::string szPayload = message.Bytes.substr(0, message.Bytes.find('\0'));
+    Note({.Kind = "sent", .Call = "", .Level = 0, .Text = szPayload, .Play = "", .File = ""}, [&] {
+      return JsonLine(m_Host.Clock(), "sent")
+          .Add("type", TypeOf(szPayload))
+          .Add("text", szPayload.size() < 2 ? std::string() : szPayload.substr(2));
+    });
+  }
+
+  void NoteBox(const VirtualMessageBoxes::Box& box) {
+    Note({.Kind = "box", .Call = "", .Level = 0, .Text = box.Text, .Play = "", .File = ""},
+         [&] { return JsonLine(m_Host.Clock(), "box").Add("title", box.Title).Add("text", box.Text); });
+  }
+
+  void MakeForm() {
+    m_Form = std::make_unique<frmMonitor>(MonitorSurroundings{
+        .Time = m_Host.Clock(),
+        .Loop = m_Host.EventLoop(),
+        .Desktop = m_Host.Windows(),
+        .Settings = m_Host.Registry(),
+        .FileSystem = m_Host.Files(),
+        .Programs = m_Host.Processes(),
+        .Instance = m_Host.SingleInstance(),
+        .Boxes = m_Host.MessageBoxes(),
+        .NewDevices = [this] { return MakeDevices(); },
+        .CommandLine = m_Options.NoSchedule ? "/noschedule" : "",
+        .Seed = m_Options.Seed,
+        .StatusFilename = "",
+        .Pid = 0,
+        .CheckInstallation = false,
+        .LogTrace = [this](int32_t lLevel, const std::string& szText,
+                           const SequencePlayInfo* playInfo) { NoteLog(lLevel, szText, playInfo); }});
+  }
+
+  [[nodiscard]] MediaFacts FactsOf(const MediaNames& names, const std::string& szPath) {
+    if (m_Options.AssumeMedia) return AssumedMediaFacts(names, szPath);
+    if (const auto length = WaveLength(m_Host.Files(), szPath)) return {"audio", length, {}};
+    return m_Library(szPath);
+  }
+
+  Devices MakeDevices() {
+    const auto recorder = std::make_shared<Recorder>(
+        m_Host.Clock(), [this](std::string_view, std::string_view, const JsonLine& line) { Sink(line); },
+        [this](std::string_view szKind, std::string_view szCall) {
+          return !m_Silent &&
+                 Wants({.Kind = szKind, .Call = szCall, .Level = 0, .Text = "", .Play = "", .File = ""});
+        });
+    const auto names = std::make_shared<MediaNames>();
+    const auto find = [this](const std::string& szName, bool boolIsAudio) {
+      return FullSequencePath(m_Host.Registry(), szName, boolIsAudio);
+    };
+    m_Lights = std::make_shared<RecordedChannelIO>(recorder);
+    m_Media = std::make_shared<RecordedMediaPlayer>(
+        m_Host.Clock(), m_Host.EventLoop(), recorder,
+        [names](const std::string& szPath) { return names->NameOf(szPath); },
+        [this, names](const std::string& szPath) { return FactsOf(*names, szPath); });
+    m_Faults->Injected = [this] {
+      if (m_Media->Changed) m_Media->Changed();
+    };
+    const SequenceRecording recording{recorder, names, m_Faults,
+                                      [find](const std::string& szName) { return find(szName, true); }};
+    Devices devices;
+    devices.Lights = m_Lights;
+    devices.NewSequence = [this, recording, find] {
+      return std::make_shared<RecordedSequenceEngine>(
+          std::make_shared<OpenSequenceEngine>(m_Host.Clock(), m_Host.EventLoop(), m_Host.Files(), find),
+          recording);
+    };
+    devices.ShellCommands =
+        std::make_shared<RecordedShellCommandManager>(std::make_shared<OpenShellCommandManager>(), recorder);
+    devices.Media = m_Media;
+    devices.Window = std::make_shared<RecordedMediaWindow>(recorder);
+    return devices;
+  }
+
+  void Happen(const RehearsalInput& input) {
+    if (m_Form->Unloaded()) return;
+    std::visit([this](const auto& what) { Do(what); }, input.What);
+  }
+
+  void Do(const InputMessage& message) {
+    if (message.Sender != 0 && !m_Host.Windows().Exists(message.Sender))
+      m_Host.Windows().NewForeignWindow(message.Sender);
+    static_cast<void>(
+        SendVexMessage(m_Host.Windows(), message.Sender, m_Form->hWnd(), message.Type, message.Text));
+  }
+  void Do(const InputTrigger& trigger) {
+    if (m_Lights) m_Lights->Press(trigger.Network, trigger.Unit, trigger.Input, trigger.Name);
+  }
+  /// A file that is not there takes the other one away.
+  void Do(const InputCopy& copy) {
+    VirtualFiles& files = m_Host.Files();
+    std::string szContents;
+    if (files.Read(files.SystemPath(copy.From), szContents))
+      files.Put(files.SystemPath(copy.To), szContents);
+    else
+      static_cast<void>(files.Remove(files.SystemPath(copy.To)));
+  }
+  void Do(const InputMediaError& error) {
+    if (m_Media) m_Media->InjectErrors(error.Descriptions);
+  }
+  void Do(const InputSequenceError& error) { m_Faults->Inject(error.File, error.Call, error.Text); }
+  void Do(const InputClock& clock) { m_Host.Clock().SetWallClock(clock.To); }
+
+  RehearsalOptions m_Options;
+  std::vector<RehearsalInput> m_Inputs;
+  MediaLibrary m_Library;
+  VirtualHost m_Host;
+  std::shared_ptr<SequenceFaults> m_Faults = std::make_shared<SequenceFaults>();
+  std::shared_ptr<RecordedChannelIO> m_Lights;
+  std::shared_ptr<RecordedMediaPlayer> m_Media;
+  bool m_Silent = false;
+  std::unique_ptr<frmMonitor> m_Form;
+};
+
+Rehearsal::Rehearsal(Files& files, const RegistryText& settings, const RehearsalOptions& options,
+                     std::vector<RehearsalInput> inputs, MediaLibrary library)
+    : m_Stage(std::make_unique<Stage>(files, settings, options, std::move(inputs), std::move(library))) {}
+
+Rehearsal::~Rehearsal() = default;
+
+void Rehearsal::Write(Filter filter, LineSink sink) {
+  m_Stage->Wants = std::move(filter);
+  m_Stage->Sink = std::move(sink);
+}
+
+DateTime Rehearsal::Now() const {
+  return m_Stage->Now();
+}
+
+void Rehearsal::Run() {
+  m_Stage->Run();
+}
+
+}  // namespace vex
