@@ -7,8 +7,9 @@ usage="usage: ./run.sh [--seconds N]
 
 Installs what is missing, builds the programs into build/release, and plays a demonstration of about a minute:
 a weekly schedule whose show is in force now, with background, startup, animations, songs, clean-up, delay and
-shutdown. Lights go out as E1.31 packets to 127.0.0.1 and come back as a picture in this terminal; without a
-terminal, status lines and counts are printed. Ctrl-C ends the show gracefully, a second one at once.
+shutdown. Lights go out as E1.31 packets to 127.0.0.1 and come back as a picture in this terminal; the key b rings
+at the door, and the lights answer. Without a terminal, status lines and counts are printed, and the door is rung
+once. Ctrl-C ends the show gracefully, a second one at once.
 
   --seconds N   the show event ends N seconds from the player's start (default 40, at least 15)
   --help        this text"

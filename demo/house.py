@@ -51,6 +51,9 @@ class House:
                      for row in range(10)]
         self.star = self._light(2, (TREE_MIDDLE, 2), (TREE_MIDDLE - 1, 2), (TREE_MIDDLE + 1, 2), (TREE_MIDDLE, 1))
         self.fence = [self._light(2, (x, GROUND - 1)) for x in range(0, COLUMNS, 3) if not 10 < x < 15]
+        # Around the door, from its left foot over the top to the right one.
+        self.arch = [self._light(1, cell) for cell in
+                     ((11, 13), (11, 12), (11, 11), (12, 11), (13, 11), (14, 11), (14, 12), (14, 13))]
 
     def _light(self, unit, *cells):
         circuit = self._next[unit]
@@ -76,10 +79,11 @@ class House:
     @property
     def all(self):
         return (self.roof + self.icicles + self.windows + [self.door] + self.sky + self.tree_lights + [self.star] +
-                self.fence)
+                self.fence + self.arch)
 
-    def picture(self):
-        """What the viewer draws: scenery as lines of text, and the lights with their cells and slots."""
+    def picture(self, hint=""):
+        """What the viewer draws: scenery as lines of text, and the lights with their cells and slots. The
+        hint stands on the ground before the door."""
         lines = [[" "] * (2 * COLUMNS) for _ in range(ROWS)]
         for row in range(EAVES + 2, GROUND):
             lines[row][4] = "▏"
@@ -88,6 +92,9 @@ class House:
             for column in range(2 * TREE_MIDDLE, 2 * TREE_MIDDLE + 2):
                 lines[row][column] = "▒"
         lines[GROUND] = list("▀" * (2 * COLUMNS))
+        if hint:
+            left = max(0, 26 - len(hint) // 2)
+            lines[GROUND][left:left + len(hint)] = hint
         return {
             "columns": 2 * COLUMNS,
             "scenery": ["".join(line) for line in lines],

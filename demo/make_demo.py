@@ -17,6 +17,7 @@ from sequences import write_all
 from songs import SONGS
 
 WEEK = 7 * 24 * 3600
+BUTTON = (0, 1, 3)  # network, unit and input of the button at the door
 CODE_PAGE = "cp1252"  # of show and schedule files
 
 
@@ -29,6 +30,13 @@ def playlist(animation, musical, kind, delay, clean_up, names, lights_off):
                      "F", "F")
 
 
+def button_group():
+    """The button plays its sequence anew each time it is pressed."""
+    network, unit, number = BUTTON
+    entry = text_list("doorbell.vexseq", text_list(str(number), "Doorbell", str(unit), str(network)))
+    return text_list("1", "", "F", "T", "F", "Button at the door", text_list(entry), "T")
+
+
 def show_text():
     def named(*stems):
         return [f"{stem}.vexseq" for stem in stems]
@@ -38,7 +46,7 @@ def show_text():
     main = playlist(1, 0, 1, 0, "", named("candy-cane", "rainbow"), "F")
     musical = playlist(0, 1, 2, 2, "snowfall.vexseq", named(*(song.title for song in SONGS)), "F")
     background = playlist(2, 0, 1, 0, "", named("night"), "F")
-    return text_list(startup, shutdown, main, musical, "", background, "", "0", "", "F")
+    return text_list(startup, shutdown, main, musical, "", background, text_list(button_group()), "0", "", "F")
 
 
 def second_of_week(moment):
@@ -51,7 +59,7 @@ def schedule_text(start, end, show):
                                str(second_of_week(start) % WEEK)))
 
 
-def settings_text(folder, address):
+def settings_text(folder, address, link_port):
     def path(below):
         return ("Z:" + str(folder / below)).replace("/", "\\").replace("\\", "\\\\") + "\\\\"
 
@@ -68,20 +76,25 @@ def settings_text(folder, address):
 "Protocol"="sacn"
 "Host"="{address}"
 "SourceName"="VexMonitor demonstration"
+
+[HKEY_CURRENT_USER\\Software\\Brillara\\XLK]
+"LocalPort"=dword:{link_port:08x}
+"On"=dword:00000001
 """.replace("\n", "\r\n")
 
 
-def make(folder, seconds, address="127.0.0.1"):
-    """Returns the moment at which the show event ends."""
+def make(folder, seconds, address="127.0.0.1", link_port=3737, hint=""):
+    """Returns the moment at which the show event ends. Presses of the button come to the link's port; the hint
+    stands in the picture."""
     for below in ("data", "sequences"):
         (folder / below).mkdir(parents=True, exist_ok=True)
     house = House()
     write_all(house, SONGS, folder / "sequences")
     for song in SONGS:
         shutil.copyfile(song.audio_file(), folder / "sequences" / f"{song.title}.ogg")
-    (folder / "picture.json").write_text(json.dumps(house.picture(), ensure_ascii=False), encoding="utf-8")
+    (folder / "picture.json").write_text(json.dumps(house.picture(hint), ensure_ascii=False), encoding="utf-8")
     (folder / "data" / "demo.shw").write_bytes((show_text() + "\r\n").encode(CODE_PAGE))
-    (folder / "settings.reg").write_bytes(settings_text(folder, address).encode("utf-8"))
+    (folder / "settings.reg").write_bytes(settings_text(folder, address, link_port).encode("utf-8"))
     now = datetime.datetime.now().replace(microsecond=0)
     end = now + datetime.timedelta(seconds=seconds)
     week = schedule_text(now - datetime.timedelta(minutes=1), end, "demo.shw")

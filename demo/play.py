@@ -5,7 +5,8 @@
 
 PROGRAMS is the folder with VexMonitor, vexctl and lightview; FOLDER is made and belongs to the demonstration:
 its own settings, schedule and shows, so that nothing of the user's is touched. An interrupt ends the show
-gracefully, a second one at once.
+gracefully, a second one at once. At a terminal the key b, or the space bar, presses the button at the door of
+the house; without one it is pressed once, as soon as the show answers it.
 """
 import argparse
 import json
@@ -19,10 +20,13 @@ import sys
 import tempfile
 import time
 
+from keys import Keys
+
 import make_demo
 
 PATIENCE = 60  # seconds that the show may take to come to its end
 LIGHTING_PORT = 5568
+BUTTON_KEYS = ("b", "B", " ")
 
 
 class Demonstration:
@@ -34,6 +38,8 @@ class Demonstration:
         self.counts_file = folder / "counts.json"
         self.player_log = folder / "player-messages.txt"
         self.interrupts = 0
+        self.keys = Keys()
+        self.presses = 0
         self.environment = dict(os.environ, VEX_SETTINGS=str(folder / "settings.reg"))
 
     def program(self, name, *arguments, **options):
@@ -69,6 +75,28 @@ class Demonstration:
                     continue
         return None
 
+    @staticmethod
+    def free_port():
+        with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as probe:
+            probe.bind(("127.0.0.1", 0))
+            return probe.getsockname()[1]
+
+    def press(self):
+        self.presses += 1
+        self.vexctl("trigger", *map(str, make_demo.BUTTON), "Doorbell")
+
+    def serve_button(self, patience):
+        """Waits for so many seconds, or until a key comes."""
+        if self.keys.work:
+            if self.keys.pressed(patience) in BUTTON_KEYS:
+                self.press()
+            return
+        time.sleep(patience)
+        if self.presses or not self.lines_file.exists():
+            return
+        if b"Registering interactive triggers" in self.lines_file.read_bytes():
+            self.press()
+
     def interrupted(self, *_):
         self.interrupts += 1
         self.vexctl("shutdown", *(["--now"] if self.interrupts > 1 else []))
@@ -80,7 +108,8 @@ class Demonstration:
             print("UDP port 5568 is taken on every loopback address: end the program that receives lights there, "
                   "then start again", file=sys.stderr)
             return 1
-        end = make_demo.make(self.folder, self.seconds, self.address)
+        hint = " b: ring at the door " if self.keys.work else ""
+        end = make_demo.make(self.folder, self.seconds, self.address, self.free_port(), hint)
         print(f"The show is in force until {end:%H:%M:%S}. A second terminal can watch or control it:")
         print(f"  {os.path.relpath(self.programs / 'vexctl')} status    (or watch, shutdown, --help)", flush=True)
         with open(self.player_log, "wb") as log:
@@ -92,7 +121,8 @@ class Demonstration:
             if not self.wait_for_player(player):
                 return 1
             companions = self.start_companions()
-            self.wait_for_end(player, time.time() + self.seconds)
+            with self.keys:
+                self.wait_for_end(player, time.time() + self.seconds)
         finally:
             if player.poll() is None:
                 player.terminate()
@@ -129,7 +159,7 @@ class Demonstration:
         when nothing plays any more."""
         asked = False
         while player.poll() is None:
-            time.sleep(0.2)
+            self.serve_button(0.2)
             if time.time() > event_end + PATIENCE:
                 player.terminate()
             if asked or time.time() < event_end:
@@ -165,6 +195,9 @@ class Demonstration:
               f"{count(': Starting Animation')} animations, {count(': Starting Cleanup')} clean-ups,")
         print(f"             {count(': Starting Startup')} startup, {count(': Starting Shutdown')} shutdown, "
               f"{count(': Starting Background')} background")
+        heard, answered = count(": Trigger detected"), count(": Starting Interactive")
+        print(f"  button     {self.presses} press{'' if self.presses == 1 else 'es'}, {heard} heard by the player, "
+              f"{answered} answered with light")
         print(f"  lights     {counts.get('packets', 0)} packets in universes {universes or 'none'}, "
               f"{counts.get('lost', 0)} lost, {counts.get('malformed', 0)} malformed")
         print(f"             {counts.get('changes', 0)} changes of level, {counts.get('mostLit', 0)} of "
@@ -174,6 +207,8 @@ class Demonstration:
             print("             " + line)
         print(f"  player     ended with status {status}", flush=True)
         good = status == 0 and counts.get("packets", 0) > 0 and all(each.returncode == 0 for each in companions)
+        if not self.keys.work:  # a press at a keyboard may come too early or too late to be answered
+            good = good and (self.interrupts or (self.presses, heard, answered) == (1, 1, 1))
         return 0 if good and (self.interrupts or (count("Finished show") and not errors)) else 1
 
 

@@ -2,7 +2,7 @@
 
 Who lights what, so that phases which run side by side do not fight over a lamp: the background has the sky,
 the windows and the door; the animations have roof, icicles and fence; the songs and the clean-up have the tree
-and its star.
+and its star. The arch around the door answers the button.
 """
 import colorsys
 import random
@@ -136,11 +136,22 @@ def snowfall(house):
     return cues
 
 
+def doorbell(house):
+    """Interactive: light runs over the arch around the door, then all of it flashes and glows out."""
+    cues = Cues(1.8)
+    for place, light in enumerate(house.arch):
+        cues.set(light, 0.0, GREEN if place == 0 else dim(RED, 0.3))
+        cues.set(light, 0.08 * place, GREEN)
+        cues.fade(light, 0.8, 1.2, WHITE, WARM)
+        cues.fade(light, 1.2, 1.75, WARM, DARK)
+    return cues
+
+
 def good_night(house):
     """Shutdown, first: everything goes dark from the ground up; only the star stays."""
     cues = Cues(4.0)
     for light in house.all:
-        if light is not house.star:
+        if light is not house.star and light not in house.arch:
             at = 0.2 * (15 - light.y)
             colour = FIR if light in house.tree_lights else dim(WARM, 0.7)
             cues.fade(light, at, at + 0.8, colour, DARK)
@@ -157,7 +168,7 @@ def last_star(house):
 
 def write_all(house, songs, folder):
     for name, build in (("night", night), ("lights-up", lights_up), ("candy-cane", candy_cane),
-                        ("snowfall", snowfall), ("good-night", good_night), ("last-star", last_star)):
+                        ("snowfall", snowfall), ("doorbell", doorbell), ("good-night", good_night), ("last-star", last_star)):
         build(house).write(folder / f"{name}.vexseq")
     write_rainbow(house, folder)
     for each in songs:

@@ -191,4 +191,5 @@ class Demonstration(Stage):
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
         self.assertIn("The show is over.", done.stdout)
         self.assertRegex(done.stdout, r"[1-9]\d* packets in universes 1, 2, 0 lost, 0 malformed")
+        self.assertIn("button     1 press, 1 heard by the player, 1 answered with light", done.stdout)
         self.assertIn("Starting Musical: Für Elise.vexseq", done.stdout)
