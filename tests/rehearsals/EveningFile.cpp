@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <iomanip>
+#include <map>
 #include <sstream>
 #include <stdexcept>
 
@@ -69,7 +70,7 @@ class Reader {
     while (szLine.starts_with("== ")) {
       const std::string szHead = szLine.substr(3);
       std::vector<std::string> body;
-      while (std::getline(m_Stream, szLine) && !szLine.starts_with("== ")) body.push_back(szLine);
+      while (std::getline(m_Stream, szLine) && !szLine.starts_with("== ")) body.push_back(WrittenOut(szLine));
       Section(szHead, body);
       if (!m_Stream) break;
     }
@@ -86,9 +87,12 @@ class Reader {
     if (szKind == "settings") return static_cast<void>(m_Settings += Joined(body, true) + "\n");
     if (szKind == "inputs") return static_cast<void>(m_Evening.Inputs = Joined(WithoutRemarks(body), true));
     if (szKind == "expected") return Expect(words, WithoutRemarks(body));
-    if (!(words >> szName)) Fail("has a section without a name: " + szHead);
+    // A file's name is the rest of the line, blanks and all.
+    if (!(szKind == "file" ? std::getline(words >> std::ws, szName) : words >> szName))
+      Fail("has a section without a name: " + szHead);
     if (szKind == "with") return Include(szName);
     if (szKind == "file") return Write(szName, Joined(body, false));
+    if (szKind == "word") return Word(szName, words);
     double seconds = 0;
     if (szKind != "wav" || !(words >> seconds)) Fail("has an unknown section: " + szHead);
     Write(szName, Wave(seconds));
@@ -99,6 +103,25 @@ class Reader {
     Reader other(m_Path / szName, m_Folder);
     if (!other.m_Stream) Fail("has no file " + szName + " beside it");
     other.ReadSections();
+  }
+
+  /// A word that stands for a text many times over, so that a long line can be read.
+  void Word(const std::string& szName, std::istringstream& words) {
+    size_t count = 0;
+    std::string szText;
+    if (!(words >> count >> szText)) Fail("has a word without count and text: " + szName);
+    std::string& szMeaning = m_Words[szName];
+    for (size_t i = 0; i < count; ++i) szMeaning += szText;
+  }
+
+  /// The line with every word written out.
+  [[nodiscard]] std::string WrittenOut(std::string szLine) const {
+    for (const auto& [szName, szMeaning] : m_Words) {
+      for (size_t at = szLine.find(szName); at != std::string::npos;
+           at = szLine.find(szName, at + szMeaning.size()))
+        szLine.replace(at, szName.size(), szMeaning);
+    }
+    return szLine;
   }
 
   void Expect(std::istringstream& words, const std::vector<std::string>& lines) {
@@ -155,6 +178,7 @@ class Reader {
   std::filesystem::path m_Path;
   std::filesystem::path m_Folder;
   std::ifstream m_Stream;
+  std::map<std::string, std::string> m_Words;
   std::string m_Settings = Settings;
   EveningFile m_Evening;
 };
