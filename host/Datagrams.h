@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -40,6 +41,19 @@ class EventLoop;
 /// Sender and contents of a datagram that has come.
 using DatagramHandler = std::function<void(const DatagramAddress& from, std::span<const uint8_t> bytes)>;
 
+/// A question about a host name that is under way. Whoever lets it go gets no answer.
+class HostLookUp {
+ public:
+  virtual ~HostLookUp() = default;
+};
+
+/// The address of a host, or none where the name is not known.
+using HostLookUpHandler = std::function<void(std::optional<uint32_t> address)>;
+
+/// Four numbers from 0 to 255 with dots between them, most significant first; false for anything else.
+/// Nobody is asked, so this never waits.
+[[nodiscard]] bool AddressFromText(const std::string& szText, uint32_t& address);
+
 /// UDP as the open components need it.
 class Datagrams {
  public:
@@ -53,7 +67,12 @@ class Datagrams {
   [[nodiscard]] virtual std::unique_ptr<DatagramReceiver> NewReceiver(EventLoop& loop,
                                                                       const DatagramAddress& at,
                                                                       DatagramHandler handler) = 0;
-  /// A host name or dotted address; empty when it cannot be resolved.
+  /// Asks the name service for a host without waiting. The handler runs on the loop, once, never within
+  /// this call; it may let the question go. The loop outlives the question.
+  [[nodiscard]] virtual std::unique_ptr<HostLookUp> LookUp(EventLoop& loop, const std::string& szHost,
+                                                           HostLookUpHandler handler) = 0;
+  /// A host name or dotted address; false when it cannot be resolved. For a name it waits for the name
+  /// service, which may take long: nothing that keeps a show going asks so.
   [[nodiscard]] virtual bool Resolve(const std::string& szHost, uint32_t& address) = 0;
   /// The system's words for a code.
   [[nodiscard]] virtual std::string Describe(int32_t lCode) const = 0;

@@ -17,7 +17,7 @@ OpenChannelIO::OpenChannelIO(Clock& clock, EventLoop& eventLoop, Datagrams& data
                              const OutputSettings& settings, const std::string& szMachineId)
     : m_Clock(clock),
       m_Settings(Bounded(settings)),
-      m_Network(clock, datagrams, m_Settings, szMachineId),
+      m_Network(clock, eventLoop, datagrams, m_Settings, szMachineId),
       m_Timer(eventLoop.NewTimer(TimerOrder::Component)),
       m_Triggers(eventLoop, datagrams) {
   m_Used.reserve(m_Universes.size());

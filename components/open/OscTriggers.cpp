@@ -17,37 +17,59 @@ constexpr int NetShift = 24;
 OscTriggers::OscTriggers(EventLoop& loop, Datagrams& datagrams) : m_Loop(loop), m_Datagrams(datagrams) {}
 
 void OscTriggers::SetLink(const std::string& szHost, uint16_t localPort) {
-  const bool boolSame = szHost == m_Host && localPort == m_LocalPort && m_Receiver;
+  const bool boolSame = szHost == m_Host && localPort == m_LocalPort && (m_Receiver || m_LookUp);
   if (boolSame) return;
   m_Host = szHost;
   m_LocalPort = localPort;
+  m_LookUp.reset();
   m_Receiver.reset();
   if (m_Enabled) Open();
 }
 
 void OscTriggers::Enabled(bool boolEnabled) {
   m_Enabled = boolEnabled;
-  if (!boolEnabled)
-    m_Receiver.reset();
-  else if (!m_Receiver)
-    Open();
+  if (boolEnabled) {
+    if (!m_Receiver && !m_LookUp) Open();
+    return;
+  }
+  m_LookUp.reset();
+  m_Receiver.reset();
 }
 
 void OscTriggers::Open() {
   m_ToldOfWrong = false;
+  uint32_t remote = 0;
+  if (m_LocalPort == 0) {
+    CannotOpen("LocalPort is 0");
+  } else if (AddressFromText(m_Host, remote)) {
+    Bind(remote);
+  } else {
+    m_LookUp = m_Datagrams.LookUp(m_Loop, m_Host, [this](std::optional<uint32_t> address) {
+      m_LookUp.reset();
+      if (address)
+        Bind(*address);
+      else
+        CannotOpen("host \"" + m_Host + "\" cannot be found");
+    });
+  }
+}
+
+void OscTriggers::Bind(uint32_t remote) {
+  m_Remote = remote;
   try {
-    if (m_LocalPort == 0) throw Error(ErrorInvalidCall, "OscTriggers", "LocalPort is 0");
-    if (!m_Datagrams.Resolve(m_Host, m_Remote))
-      throw Error(ErrorInvalidCall, "OscTriggers", "host \"" + m_Host + "\" cannot be found");
     const uint32_t at = m_Remote >> NetShift == LoopbackNet ? Loopback : 0;
     m_Receiver = m_Datagrams.NewReceiver(
         m_Loop, {at, m_LocalPort},
         [this](const DatagramAddress& from, std::span<const uint8_t> bytes) { Received(from, bytes); });
   } catch (const Error& error) {
-    if (Trouble)
-      Trouble("No triggers from the link (port " + std::to_string(m_LocalPort) + "): " + error.Description +
-              "; see the settings in XLK, then switch the link on again");
+    CannotOpen(error.Description);
   }
+}
+
+void OscTriggers::CannotOpen(const std::string& szWhy) {
+  if (Trouble)
+    Trouble("No triggers from the link (port " + std::to_string(m_LocalPort) + "): " + szWhy +
+            "; see the settings in XLK, then switch the link on again");
 }
 
 void OscTriggers::Received(const DatagramAddress& from, std::span<const uint8_t> bytes) {

@@ -14,7 +14,8 @@ namespace vex {
 
 /// Inputs that come over the network: while the link is on, Open Sound Control messages at its local port
 /// become inputs of the I/O control. Only datagrams from the link's remote host are taken; a remote host of
-/// this very machine (127.x.x.x) binds the port to the loopback interface, 0.0.0.0 takes any sender.
+/// this very machine (127.x.x.x) binds the port to the loopback interface, 0.0.0.0 takes any sender. A host
+/// given by name is heard once the name service has answered; nobody waits for that.
 ///
 /// What comes and is no trigger is passed over, and one line tells so for as long as the link stays on; so
 /// does one about a port that cannot be had, which is tried again when the link is set or switched on.
@@ -31,6 +32,8 @@ class OscTriggers {
 
  private:
   void Open();
+  void Bind(uint32_t remote);
+  void CannotOpen(const std::string& szWhy);
   void Received(const DatagramAddress& from, std::span<const uint8_t> bytes);
   void Wrong(const std::string& szWhat);
   [[nodiscard]] bool Known(uint32_t sender) const { return m_Remote == 0 || sender == m_Remote; }
@@ -42,6 +45,7 @@ class OscTriggers {
   uint32_t m_Remote = 0;
   bool m_Enabled = false;
   bool m_ToldOfWrong = false;
+  std::unique_ptr<HostLookUp> m_LookUp;  // while the remote host's name is being asked for
   std::unique_ptr<DatagramReceiver> m_Receiver;
 };
 

@@ -10,14 +10,15 @@ namespace vex {
 namespace {
 
 constexpr uint32_t Broadcast = 0xFFFFFFFF;
-/// Looking a name up may take the resolver's time, so a name that fails is not asked for at every frame.
+/// A name that fails is not asked for at every frame.
 constexpr Elapsed LookUpPause{30'000'000'000};
 
 }  // namespace
 
-OutputNetwork::OutputNetwork(Clock& clock, Datagrams& datagrams, const OutputSettings& settings,
-                             const std::string& szMachineId)
+OutputNetwork::OutputNetwork(Clock& clock, EventLoop& loop, Datagrams& datagrams,
+                             const OutputSettings& settings, const std::string& szMachineId)
     : m_Clock(clock),
+      m_Loop(loop),
       m_Datagrams(datagrams),
       m_Settings(settings),
       m_Source{LightingSourceUuid(szMachineId, settings.SourceName), AnsiToUtf8(settings.SourceName),
@@ -70,24 +71,34 @@ void OutputNetwork::ExplainSilence() {
 }
 
 void OutputNetwork::LookUpHost() {
-  uint32_t address = 0;
   m_LookedUp = m_Clock.Elapsed();
-  if (m_Datagrams.Resolve(m_Settings.Host, address)) m_Host = address;
+  if (uint32_t address = 0; AddressFromText(m_Settings.Host, address)) {
+    m_Host = address;
+    return;
+  }
+  m_LookUp = m_Datagrams.LookUp(m_Loop, m_Settings.Host, [this](std::optional<uint32_t> address) {
+    m_LookUp.reset();
+    if (address) m_Host = address;
+  });
 }
 
-bool OutputNetwork::Ready() {
-  const bool boolAsk = m_HostIsWanted && (!m_Host || m_LookUpAgain);
+/// Asks anew where that may help. What is known goes on being used until a new answer has come.
+bool OutputNetwork::HostIsKnown() {
+  if (!m_HostIsWanted) return true;
+  const bool boolAsk = !m_LookUp && (!m_Host || m_LookUpAgain);
   if (boolAsk && m_Clock.Elapsed() >= m_LookedUp + LookUpPause) {
     m_LookUpAgain = false;
     LookUpHost();
   }
-  if (m_HostIsWanted && !m_Host) {
-    Failed("host \"" + m_Settings.Host + "\" cannot be found");
-    return false;
-  }
+  if (!m_Host && !m_LookUp) Failed("host \"" + m_Settings.Host + "\" cannot be found");
+  return m_Host.has_value();
+}
+
+bool OutputNetwork::Ready() {
+  if (!HostIsKnown()) return false;
   if (m_Socket) return true;
   try {
-    if (!m_Settings.Interface.empty() && !m_Datagrams.Resolve(m_Settings.Interface, m_Interface)) {
+    if (!m_Settings.Interface.empty() && !AddressFromText(m_Settings.Interface, m_Interface)) {
       Failed("no network interface \"" + m_Settings.Interface + "\"");
       return false;
     }

@@ -17,11 +17,12 @@ namespace vex {
 /// The road from the universes to the receivers: where each packet goes, and the socket. A network that
 /// cannot be reached is told once, and again only after it has worked in between; sending is tried on all
 /// the while, so the lights come back by themselves. A host given by name is looked up at the start and,
-/// after a failure, again now and then.
+/// after a failure, again now and then; nobody waits for the answer, and until the first one has come
+/// nothing is sent and nothing told.
 class OutputNetwork {
  public:
   /// The settings are Bounded; the machine's id makes the source's identity.
-  OutputNetwork(Clock& clock, Datagrams& datagrams, const OutputSettings& settings,
+  OutputNetwork(Clock& clock, EventLoop& loop, Datagrams& datagrams, const OutputSettings& settings,
                 const std::string& szMachineId);
 
   /// False for protocol "none" and one that is not known.
@@ -46,12 +47,14 @@ class OutputNetwork {
 
  private:
   void LookUpHost();
+  [[nodiscard]] bool HostIsKnown();
   [[nodiscard]] bool Ready();
   [[nodiscard]] DatagramAddress AddressOf(int32_t lUniverse) const;
   void Deliver(std::span<const Datagram> datagrams);
   void Failed(const std::string& szWhy);
 
   Clock& m_Clock;
+  EventLoop& m_Loop;
   Datagrams& m_Datagrams;
   OutputSettings m_Settings;
   LightingSource m_Source;
@@ -60,6 +63,7 @@ class OutputNetwork {
   bool m_HostIsWanted;
   bool m_LookUpAgain = false;
   Elapsed m_LookedUp{0};
+  std::unique_ptr<HostLookUp> m_LookUp;  // while a question is under way
   uint32_t m_Interface = 0;
   std::unique_ptr<DatagramSocket> m_Socket;
   std::vector<Datagram> m_Gathered;

@@ -11,6 +11,7 @@
 #include "host/CodePage.h"
 #include "host/EventLoop.h"
 #include "host/linux/Descriptor.h"
+#include "host/linux/LinuxHostLookUp.h"
 #include "host/linux/SystemError.h"
 
 namespace vex {
@@ -104,6 +105,18 @@ class LinuxDatagramReceiver : public DatagramReceiver {
   std::unique_ptr<Watch> m_Watch;
 };
 
+bool AskNameService(const std::string& szHost, uint32_t& address) {
+  if (szHost.empty() || szHost.find('\0') != std::string::npos) return false;
+  addrinfo wanted{};
+  wanted.ai_family = AF_INET;
+  wanted.ai_socktype = SOCK_DGRAM;
+  addrinfo* found = nullptr;
+  if (getaddrinfo(AnsiToUtf8(szHost).c_str(), nullptr, &wanted, &found) != 0) return false;
+  address = ntohl(reinterpret_cast<const sockaddr_in*>(found->ai_addr)->sin_addr.s_addr);
+  freeaddrinfo(found);
+  return true;
+}
+
 }  // namespace
 
 std::unique_ptr<DatagramReceiver> LinuxDatagrams::NewReceiver(EventLoop& loop, const DatagramAddress& at,
@@ -137,16 +150,13 @@ std::unique_ptr<DatagramSocket> LinuxDatagrams::NewSender(uint32_t multicastInte
   return std::make_unique<LinuxDatagramSocket>(std::move(socket));
 }
 
+std::unique_ptr<HostLookUp> LinuxDatagrams::LookUp(EventLoop& loop, const std::string& szHost,
+                                                   HostLookUpHandler handler) {
+  return std::make_unique<LinuxHostLookUp>(loop, szHost, AskNameService, std::move(handler));
+}
+
 bool LinuxDatagrams::Resolve(const std::string& szHost, uint32_t& address) {
-  if (szHost.empty() || szHost.find('\0') != std::string::npos) return false;
-  addrinfo wanted{};
-  wanted.ai_family = AF_INET;
-  wanted.ai_socktype = SOCK_DGRAM;
-  addrinfo* found = nullptr;
-  if (getaddrinfo(AnsiToUtf8(szHost).c_str(), nullptr, &wanted, &found) != 0) return false;
-  address = ntohl(reinterpret_cast<const sockaddr_in*>(found->ai_addr)->sin_addr.s_addr);
-  freeaddrinfo(found);
-  return true;
+  return AddressFromText(szHost, address) || AskNameService(szHost, address);
 }
 
 std::string LinuxDatagrams::Describe(int32_t lCode) const {

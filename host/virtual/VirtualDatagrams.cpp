@@ -6,30 +6,9 @@
 #include <utility>
 
 #include "basic/Error.h"
+#include "host/EventLoop.h"
 
 namespace vex {
-
-namespace {
-
-/// Four numbers from 0 to 255 with dots between them, most significant first.
-bool ParseDotted(const std::string& szText, uint32_t& address) {
-  uint32_t result = 0;
-  size_t at = 0;
-  for (int part = 0; part < 4; ++part) {
-    if (part > 0 && (at >= szText.size() || szText[at++] != '.')) return false;
-    uint32_t number = 0;
-    size_t digits = 0;
-    for (; at < szText.size() && szText[at] >= '0' && szText[at] <= '9' && digits < 3; ++at, ++digits)
-      number = number * 10 + static_cast<uint32_t>(szText[at] - '0');
-    if (digits == 0 || number > 255) return false;
-    result = result << 8 | number;
-  }
-  if (at != szText.size()) return false;
-  address = result;
-  return true;
-}
-
-}  // namespace
 
 class VirtualDatagramReceiver final : public DatagramReceiver {
  public:
@@ -67,9 +46,43 @@ class VirtualDatagramSocket final : public DatagramSocket {
   uint32_t m_MulticastInterface;
 };
 
+class VirtualHostLookUp final : public HostLookUp {
+ public:
+  VirtualHostLookUp(VirtualDatagrams& network, std::unique_ptr<Signal> answered)
+      : m_Network(network), m_Answered(std::move(answered)) {
+    m_Network.m_LookUps.push_back(this);
+    if (!m_Network.m_HoldLookUps) Answer();
+  }
+  ~VirtualHostLookUp() override { std::erase(m_Network.m_LookUps, this); }
+  VirtualHostLookUp(const VirtualHostLookUp&) = delete;
+  VirtualHostLookUp& operator=(const VirtualHostLookUp&) = delete;
+
+  void Answer() { m_Answered->Raise(); }
+
+ private:
+  VirtualDatagrams& m_Network;
+  std::unique_ptr<Signal> m_Answered;
+};
+
 std::unique_ptr<DatagramSocket> VirtualDatagrams::NewSender(uint32_t multicastInterface) {
   if (m_NewSenderCode != 0) throw Error(m_NewSenderCode, "Datagrams.NewSender", Describe(m_NewSenderCode));
   return std::make_unique<VirtualDatagramSocket>(*this, multicastInterface);
+}
+
+std::unique_ptr<HostLookUp> VirtualDatagrams::LookUp(EventLoop& loop, const std::string& szHost,
+                                                     HostLookUpHandler handler) {
+  ++m_LookUpCount;
+  uint32_t address = 0;
+  const bool boolFound = Resolve(szHost, address);
+  const auto answer = boolFound ? std::optional(address) : std::nullopt;
+  return std::make_unique<VirtualHostLookUp>(
+      *this, loop.NewSignal([handler = std::move(handler), answer] { handler(answer); }));
+}
+
+void VirtualDatagrams::HoldLookUps(bool boolHold) {
+  m_HoldLookUps = boolHold;
+  if (boolHold) return;
+  for (auto* lookUp : m_LookUps) lookUp->Answer();
 }
 
 bool VirtualDatagrams::Resolve(const std::string& szHost, uint32_t& address) {
@@ -77,7 +90,7 @@ bool VirtualDatagrams::Resolve(const std::string& szHost, uint32_t& address) {
     address = known->second;
     return true;
   }
-  return ParseDotted(szHost == "localhost" ? "127.0.0.1" : szHost, address);
+  return AddressFromText(szHost == "localhost" ? "127.0.0.1" : szHost, address);
 }
 
 std::string VirtualDatagrams::Describe(int32_t lCode) const {

@@ -11,6 +11,7 @@
 namespace vex {
 
 class VirtualDatagramReceiver;
+class VirtualHostLookUp;
 
 /// The network of a virtual machine: what is sent is written down with the moment of sending. It arrives
 /// nowhere; what comes in is what Deliver is given. Sending can be made to fail, for all senders or for one
@@ -30,6 +31,9 @@ class VirtualDatagrams final : public vex::Datagrams {
   [[nodiscard]] std::unique_ptr<DatagramSocket> NewSender(uint32_t multicastInterface) override;
   [[nodiscard]] std::unique_ptr<DatagramReceiver> NewReceiver(EventLoop& loop, const DatagramAddress& at,
                                                               DatagramHandler handler) override;
+  /// What Resolve says now, told at the loop's next turn or when look-ups are held no more.
+  [[nodiscard]] std::unique_ptr<HostLookUp> LookUp(EventLoop& loop, const std::string& szHost,
+                                                   HostLookUpHandler handler) override;
   /// Dotted addresses, "localhost" and the names that KnowHost told.
   [[nodiscard]] bool Resolve(const std::string& szHost, uint32_t& address) override;
   [[nodiscard]] std::string Describe(int32_t lCode) const override;
@@ -37,6 +41,11 @@ class VirtualDatagrams final : public vex::Datagrams {
   [[nodiscard]] const std::vector<SentDatagram>& Sent() const { return m_Sent; }
   void ForgetSent() { m_Sent.clear(); }
   void KnowHost(const std::string& szHost, uint32_t address) { m_Hosts[szHost] = address; }
+
+  /// A name service that does not answer, until it is held no more.
+  void HoldLookUps(bool boolHold);
+  /// How often the name service was asked.
+  [[nodiscard]] int32_t LookUpCount() const { return m_LookUpCount; }
 
   /// A datagram comes in at a port; false where nobody has bound it for that address.
   bool Deliver(const DatagramAddress& to, const DatagramAddress& from, std::span<const uint8_t> bytes);
@@ -53,6 +62,7 @@ class VirtualDatagrams final : public vex::Datagrams {
  private:
   friend class VirtualDatagramSocket;
   friend class VirtualDatagramReceiver;
+  friend class VirtualHostLookUp;
   int32_t Send(uint32_t multicastInterface, const Datagram& datagram);
 
   const Clock& m_Clock;
@@ -63,6 +73,9 @@ class VirtualDatagrams final : public vex::Datagrams {
   int32_t m_NewSenderCode = 0;
   int32_t m_NewReceiverCode = 0;
   std::vector<VirtualDatagramReceiver*> m_Receivers;
+  std::vector<VirtualHostLookUp*> m_LookUps;
+  bool m_HoldLookUps = false;
+  int32_t m_LookUpCount = 0;
 };
 
 }  // namespace vex

@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <future>
 #include <string>
 #include <vector>
 
 #include "basic/Error.h"
 #include "host/linux/LinuxEventLoop.h"
+#include "host/linux/LinuxHostLookUp.h"
 
 namespace vex {
 namespace {
@@ -73,6 +75,82 @@ TEST_F(LinuxDatagramsTest, AReceiverMayGoInItsHandler) {
   Send("two");
   Loop.Run();
   EXPECT_EQ(count, 1);
+}
+
+/// A name service that takes its time: it answers when it is told to.
+class SlowNameService {
+ public:
+  [[nodiscard]] LinuxHostLookUp::Resolver Resolver(bool boolFound) const {
+    return [wait = m_Answer.get_future().share(), asked = m_Asked, boolFound](const std::string&,
+                                                                              uint32_t& address) {
+      wait.wait();
+      address = 0x0A000005;
+      asked->set_value();
+      return boolFound;
+    };
+  }
+  void Answer() { m_Answer.set_value(); }
+  /// Until the other thread has got its answer.
+  void WaitUntilAnswered() { m_Asked->get_future().wait(); }
+
+ private:
+  mutable std::promise<void> m_Answer;
+  std::shared_ptr<std::promise<void>> m_Asked = std::make_shared<std::promise<void>>();
+};
+
+class LinuxHostLookUpTest : public LinuxDatagramsTest {
+ protected:
+  void Ask(bool boolFound) {
+    m_LookUp = std::make_unique<LinuxHostLookUp>(Loop, "tree.local", m_Service.Resolver(boolFound),
+                                                 [this](std::optional<uint32_t> address) {
+                                                   m_LookUp.reset();
+                                                   m_Answers.push_back(address);
+                                                   Loop.Quit();
+                                                 });
+  }
+
+  SlowNameService m_Service;
+  std::unique_ptr<HostLookUp> m_LookUp;
+  std::vector<std::optional<uint32_t>> m_Answers;
+};
+
+TEST_F(LinuxHostLookUpTest, TheLoopTicksOnWhileTheNameServiceTakesItsTime) {
+  int ticks = 0;
+  const auto timer = Loop.NewTimer(TimerOrder::Component);
+  timer->Tick([&] {
+    if (++ticks == 20) m_Service.Answer();
+  });
+  timer->Enabled(true);
+  Ask(true);
+  Loop.Run();
+  EXPECT_GE(ticks, 20);
+  EXPECT_EQ(m_Answers, (std::vector<std::optional<uint32_t>>{0x0A000005}));
+}
+
+TEST_F(LinuxHostLookUpTest, ANameThatIsNotKnownIsAnAnswerToo) {
+  Ask(false);
+  m_Service.Answer();
+  Loop.Run();
+  EXPECT_EQ(m_Answers, (std::vector<std::optional<uint32_t>>{std::nullopt}));
+}
+
+TEST_F(LinuxHostLookUpTest, AQuestionThatIsLetGoIsNotAnswered) {
+  Ask(true);
+  m_LookUp.reset();
+  m_Service.Answer();
+  m_Service.WaitUntilAnswered();
+  Loop.Pump();
+  EXPECT_TRUE(m_Answers.empty());
+}
+
+TEST_F(LinuxHostLookUpTest, TheMachinesOwnNameServiceIsAsked) {
+  std::optional<uint32_t> found;
+  const auto lookUp = Network.LookUp(Loop, "localhost", [&](std::optional<uint32_t> address) {
+    found = address;
+    Loop.Quit();
+  });
+  Loop.Run();
+  EXPECT_EQ(found, Loopback);
 }
 
 }  // namespace

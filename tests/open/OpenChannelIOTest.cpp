@@ -406,56 +406,6 @@ TEST(OpenChannelIO, AnInterfaceThatIsNoneIsToldOnce) {
   EXPECT_THAT(rig.Packets(), IsEmpty());
 }
 
-TEST(OpenChannelIO, WithAHostEverythingGoesThere) {
-  OutputSettings settings;
-  settings.Host = "127.0.0.1";
-  OutputRig rig(settings);
-  rig.Light(1, 1, 100);
-  rig.Light(9, 1, 100);
-  rig.Advance(10000);
-  for (const auto& sent : rig.Host.Datagrams().Sent())
-    EXPECT_EQ(sent.To, (DatagramAddress{0x7F000001, 5568}));
-}
-
-TEST(OpenChannelIO, AHostNameIsLookedUpAtTheStart) {
-  OutputRig rig;
-  rig.Host.Datagrams().KnowHost("tree.local", 0x0A000005);
-  rig.Settings.Host = "tree.local";
-  rig.Make();
-  rig.Host.Datagrams().KnowHost("tree.local", 0x0A000006);
-  rig.Light(1, 1, 100);
-  EXPECT_EQ(rig.Packets()[0].To.Address, 0x0A000005U);
-}
-
-TEST(OpenChannelIO, AHostThatIsNotFoundIsToldOnceAndLookedUpAgain) {
-  OutputSettings settings;
-  settings.Host = "tree.local";
-  OutputRig rig(settings);
-  rig.Light(1, 1, 100);
-  rig.Advance(20000);
-  EXPECT_THAT(rig.Troubles, ElementsAre("Lighting network unreachable: host \"tree.local\" cannot be found"));
-  EXPECT_THAT(rig.Packets(), IsEmpty());
-  rig.Host.Datagrams().KnowHost("tree.local", 0x0A000005);
-  rig.Advance(20000);
-  ASSERT_FALSE(rig.Packets().empty());
-  EXPECT_EQ(rig.Packets()[0].To.Address, 0x0A000005U);
-  EXPECT_EQ(rig.Values().back(), 255);
-}
-
-TEST(OpenChannelIO, AfterAFailureTheHostIsLookedUpAgain) {
-  OutputRig rig;
-  rig.Host.Datagrams().KnowHost("tree.local", 0x0A000005);
-  rig.Settings.Host = "tree.local";
-  rig.Make();
-  rig.Host.Datagrams().FailSendsTo(0x0A000005, Unreachable);
-  rig.Host.Datagrams().KnowHost("tree.local", 0x0A000006);
-  rig.Light(1, 1, 100);
-  rig.Advance(40000);
-  EXPECT_THAT(rig.Troubles, SizeIs(1));
-  ASSERT_FALSE(rig.Packets().empty());
-  EXPECT_EQ(rig.Packets().back().To.Address, 0x0A000006U);
-}
-
 TEST(OpenChannelIO, AnUnreachableNetworkIsOneLineUntilItWorksAgain) {
   OutputRig rig;
   rig.Host.Datagrams().FailSends(Unreachable);

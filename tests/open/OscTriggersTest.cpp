@@ -70,6 +70,39 @@ TEST_F(OscTriggersTest, OnlyTheRemoteHostIsHeard) {
   EXPECT_THAT(Troubles, IsEmpty());
 }
 
+TEST_F(OscTriggersTest, AHostGivenByNameIsHeardOnceItIsFound) {
+  Host.Datagrams().KnowHost("porch.local", Elsewhere);
+  Host.Datagrams().HoldLookUps(true);
+  Triggers.SetLink("porch.local", Port);
+  Triggers.Enabled(true);
+  Triggers.SetLink("porch.local", Port);
+  Triggers.Enabled(true);
+  Host.EventLoop().Advance(60000);
+  EXPECT_FALSE(Send(Elsewhere, 0x0A000001));
+  EXPECT_EQ(Host.Datagrams().LookUpCount(), 1);
+  Host.Datagrams().HoldLookUps(false);
+  Host.EventLoop().Advance(0);
+  EXPECT_TRUE(Send(Elsewhere, 0x0A000001));
+  EXPECT_THAT(Detected, ElementsAre("0.1.3 Door"));
+  EXPECT_THAT(Troubles, IsEmpty());
+}
+
+TEST_F(OscTriggersTest, ALinkSwitchedOffMeanwhileStaysOff) {
+  Host.Datagrams().KnowHost("porch.local", Elsewhere);
+  Triggers.SetLink("porch.local", Port);
+  Triggers.Enabled(true);
+  Triggers.Enabled(false);
+  Host.EventLoop().Advance(0);
+  EXPECT_FALSE(Send(Elsewhere, 0x0A000001));
+  EXPECT_THAT(Troubles, IsEmpty());
+}
+
+TEST_F(OscTriggersTest, ANumericHostNeverTroublesTheNameService) {
+  Triggers.SetLink("10.0.0.5", Port);
+  Triggers.Enabled(true);
+  EXPECT_EQ(Host.Datagrams().LookUpCount(), 0);
+}
+
 TEST_F(OscTriggersTest, AnySenderIsHeardWhereTheRemoteHostIsZero) {
   Triggers.SetLink("0.0.0.0", Port);
   Triggers.Enabled(true);
@@ -100,6 +133,8 @@ TEST_F(OscTriggersTest, APortThatIsTakenIsToldAndTriedAgain) {
 TEST_F(OscTriggersTest, AHostThatCannotBeFoundIsTold) {
   Triggers.SetLink("nowhere.example", Port);
   Triggers.Enabled(true);
+  EXPECT_THAT(Troubles, IsEmpty());
+  Host.EventLoop().Advance(0);
   EXPECT_THAT(Troubles, ElementsAre(HasSubstr("host \"nowhere.example\" cannot be found")));
 }
 

@@ -1,0 +1,49 @@
+#include "host/linux/LinuxHostLookUp.h"
+
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace vex {
+
+/// What both threads hold; it lives as long as the one that lets it go last.
+struct LinuxHostLookUp::Question {
+  std::mutex Guard;
+  Signal* Answered = nullptr;  ///< none once nobody waits for the answer
+  std::optional<uint32_t> Address;
+
+  void Answer(std::optional<uint32_t> address) {
+    const std::lock_guard lock(Guard);
+    Address = address;
+    if (Answered != nullptr) Answered->Raise();
+  }
+};
+
+LinuxHostLookUp::LinuxHostLookUp(EventLoop& loop, const std::string& szHost, Resolver resolve,
+                                 HostLookUpHandler handler)
+    : m_Question(std::make_shared<Question>()),
+      m_Answered(loop.NewSignal([question = m_Question, handler = std::move(handler)] {
+        std::unique_lock lock(question->Guard);
+        const auto address = question->Address;
+        lock.unlock();
+        handler(address);
+      })) {
+  m_Question->Answered = m_Answered.get();
+  try {
+    std::thread([question = m_Question, szHost, resolve = std::move(resolve)] {
+      uint32_t address = 0;
+      const bool boolFound = resolve(szHost, address);
+      question->Answer(boolFound ? std::optional(address) : std::nullopt);
+    }).detach();
+  } catch (const std::system_error&) {
+    m_Question->Answer(std::nullopt);  // a machine without room for a thread knows no names either
+  }
+}
+
+LinuxHostLookUp::~LinuxHostLookUp() {
+  const std::lock_guard lock(m_Question->Guard);
+  m_Question->Answered = nullptr;
+}
+
+}  // namespace vex
