@@ -28,12 +28,10 @@ void OscTriggers::SetLink(const std::string& szHost, uint16_t localPort) {
 
 void OscTriggers::Enabled(bool boolEnabled) {
   m_Enabled = boolEnabled;
-  if (boolEnabled) {
-    if (!m_Receiver && !m_LookUp) Open();
-    return;
-  }
-  m_LookUp.reset();
-  m_Receiver.reset();
+  if (!boolEnabled)
+    m_Receiver.reset();
+  else if (!m_Receiver && !m_LookUp)
+    Open();
 }
 
 void OscTriggers::Open() {
@@ -46,6 +44,7 @@ void OscTriggers::Open() {
   } else {
     m_LookUp = m_Datagrams.LookUp(m_Loop, m_Host, [this](std::optional<uint32_t> address) {
       m_LookUp.reset();
+      if (!m_Enabled) return;
       if (address)
         Bind(*address);
       else

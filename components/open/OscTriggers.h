@@ -45,7 +45,9 @@ class OscTriggers {
   uint32_t m_Remote = 0;
   bool m_Enabled = false;
   bool m_ToldOfWrong = false;
-  std::unique_ptr<HostLookUp> m_LookUp;  // while the remote host's name is being asked for
+  // While the remote host's name is being asked for; a link that is switched off and on meanwhile goes on
+  // waiting for that answer, so that no switching makes more than one question.
+  std::unique_ptr<HostLookUp> m_LookUp;
   std::unique_ptr<DatagramReceiver> m_Receiver;
 };
 

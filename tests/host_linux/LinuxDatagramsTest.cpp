@@ -1,8 +1,10 @@
 #include "host/linux/LinuxDatagrams.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <future>
 #include <string>
 #include <vector>
@@ -141,6 +143,42 @@ TEST_F(LinuxHostLookUpTest, AQuestionThatIsLetGoIsNotAnswered) {
   m_Service.WaitUntilAnswered();
   Loop.Pump();
   EXPECT_TRUE(m_Answers.empty());
+}
+
+TEST_F(LinuxHostLookUpTest, MayBeLetGoAtAnyMomentOfItsAnswer) {
+  constexpr int rounds = 300;
+  int answers = 0;
+  for (int round = 0; round < rounds; ++round) {
+    const auto resolve = [](const std::string&, uint32_t& address) {
+      address = 0x0A000005;
+      return true;
+    };
+    LinuxHostLookUp lookUp(Loop, "tree.local", resolve, [&](std::optional<uint32_t> address) {
+      EXPECT_EQ(address, 0x0A000005U);
+      ++answers;
+    });
+    for (int turn = 0; turn < round % 20; ++turn) Loop.Pump();
+  }
+  EXPECT_LE(answers, rounds);
+}
+
+TEST_F(LinuxHostLookUpTest, AProgramEndsAtOnceWhileTheNameServiceIsSilent) {
+  constexpr unsigned patience = 20;
+  EXPECT_EXIT(
+      {
+        alarm(patience);  // a program that waits for its thread is killed
+        {
+          LinuxEventLoop loop;
+          const auto silent = [](const std::string&, uint32_t&) {
+            while (true) pause();
+            return false;
+          };
+          const LinuxHostLookUp lookUp(loop, "tree.local", silent, [](std::optional<uint32_t>) {});
+          loop.Pump();
+        }
+        exit(0);
+      },
+      testing::ExitedWithCode(0), "");
 }
 
 TEST_F(LinuxHostLookUpTest, TheMachinesOwnNameServiceIsAsked) {

@@ -97,6 +97,34 @@ TEST_F(OscTriggersTest, ALinkSwitchedOffMeanwhileStaysOff) {
   EXPECT_THAT(Troubles, IsEmpty());
 }
 
+TEST_F(OscTriggersTest, SwitchingWhileTheNameServiceIsSilentAsksOnce) {
+  Host.Datagrams().KnowHost("porch.local", Elsewhere);
+  Host.Datagrams().HoldLookUps(true);
+  Triggers.SetLink("porch.local", Port);
+  for (int i = 0; i < 1000; ++i) {
+    Triggers.Enabled(true);
+    Triggers.Enabled(false);
+  }
+  Triggers.Enabled(true);
+  EXPECT_EQ(Host.Datagrams().LookUpCount(), 1);
+  Host.Datagrams().HoldLookUps(false);
+  Host.EventLoop().Advance(0);
+  EXPECT_TRUE(Send(Elsewhere, 0x0A000001));
+  EXPECT_THAT(Troubles, IsEmpty());
+}
+
+TEST_F(OscTriggersTest, AFailedQuestionOfALinkThatIsOffIsNotToldAndAskedAgainWhenItIsOn) {
+  Triggers.SetLink("porch.local", Port);
+  Triggers.Enabled(true);
+  Triggers.Enabled(false);
+  Host.EventLoop().Advance(0);
+  EXPECT_THAT(Troubles, IsEmpty());
+  Host.Datagrams().KnowHost("porch.local", Elsewhere);
+  Triggers.Enabled(true);
+  Host.EventLoop().Advance(0);
+  EXPECT_TRUE(Send(Elsewhere, 0x0A000001));
+}
+
 TEST_F(OscTriggersTest, ANumericHostNeverTroublesTheNameService) {
   Triggers.SetLink("10.0.0.5", Port);
   Triggers.Enabled(true);
