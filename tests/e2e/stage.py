@@ -262,11 +262,12 @@ class Stage(unittest.TestCase):
                         f"no line {text!r} (x{count}) among:\n" + "\n".join(tray.lines()) + "\n" + self.said())
 
     def assert_in_order(self, tray, *texts):
-        tray.wait_line(texts[-1], 5)  # what has arrived is read beside the test
-        lines = iter(tray.lines())
-        for text in texts:
-            self.assertTrue(any(text in line for line in lines),
-                            f"{text!r} is missing or out of order in:\n" + "\n".join(tray.lines()))
+        def in_order():
+            lines = iter(tray.lines())
+            return all(any(text in line for line in lines) for text in texts)
+
+        self.assertTrue(wait_until(in_order, 5),  # what has arrived is read beside the test
+                        f"{texts!r} are not all there in this order in:\n" + "\n".join(tray.lines()))
 
     def play_show(self, seconds=600, **parts):
         """The player in the middle of a show that is in force, with a tray."""
