@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <set>
 #include <sstream>
 
@@ -87,6 +88,15 @@ TEST_P(Rehearsals, GoesAsWorkedOut) {
   ASSERT_FALSE(evening.Expected.empty());
   const auto played = Played(evening, folder.Path);
   EXPECT_TRUE(played == evening.Expected) << FirstDifference(evening.Expected, played);
+}
+
+TEST(RehearsalsReadMe, NamesEveryEvening) {
+  std::ifstream stream(fs::path(VEX_REHEARSALS) / "README.md");
+  const std::string szText{std::istreambuf_iterator<char>(stream), {}};
+  for (const fs::path& evening : Evenings()) {
+    const std::string szName = evening.stem().string();
+    EXPECT_NE(szText.find("`" + szName + "`"), std::string::npos) << szName;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Evenings, Rehearsals, testing::ValuesIn(Evenings()), [](const auto& evening) {
