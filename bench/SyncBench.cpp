@@ -179,7 +179,8 @@ int Run(int seconds) {
   const auto media = devices.Media;
   const auto lights = devices.Lights;
   const auto showTimer = host->EventLoop().NewTimer(TimerOrder::tmrShowPlayer);
-  ShowPlayer player({report, host->Clock(), host->Processes(), host->Registry(), networks, devices, 1});
+  ShowPlayer player({report, host->Clock(), host->Processes(), host->Registry(), networks, devices, 1,
+                     std::make_shared<frmMediaPlayer>(devices.Window, devices.Media)});
   player.InitControls(*showTimer, lights, media);
   std::printf("private memory before the first song %ld KB\n", PrivateKilobytes());
   const std::string szSequence = host->Files().SystemPath(szFolder + "/song.vexseq");

@@ -80,8 +80,10 @@ void RecordedLights(Making& making) {
 
 void LibraryMedia(Making& making) {
   const ComponentNeeds& needs = making.Needs;
-  making.Made.Media = std::make_shared<MpvMediaPlayer>(needs.Time, needs.Loop, needs.FileSystem,
-                                                       ReadMpvSettings(needs.Settings));
+  const auto media = std::make_shared<MpvMediaPlayer>(needs.Time, needs.Loop, needs.FileSystem,
+                                                      ReadMpvSettings(needs.Settings));
+  making.Made.Media = media;
+  making.Made.Window = media->Window();
 }
 
 void RecordedMedia(Making& making) {

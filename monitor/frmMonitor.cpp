@@ -158,10 +158,11 @@ void frmMonitor::HookWindow() {
 void frmMonitor::CreatePlayer() {
   m_Devices = m_Surroundings.NewDevices();
   m_CIO = m_Devices.Lights;
-  m_ShowPlayer = std::make_unique<ShowPlayer>(PlayerSurroundings{*this, m_Clock, m_Surroundings.Programs,
-                                                                 m_Surroundings.Settings, m_Networks,
-                                                                 m_Devices, m_Surroundings.Seed});
-  m_ShowPlayer->InitControls(*tmrShowPlayer, m_CIO, m_Devices.Media);
+  m_MediaForm = std::make_shared<frmMediaPlayer>(m_Devices.Window, m_Devices.Media);
+  m_ShowPlayer = std::make_unique<ShowPlayer>(
+      PlayerSurroundings{*this, m_Clock, m_Surroundings.Programs, m_Surroundings.Settings, m_Networks,
+                         m_Devices, m_Surroundings.Seed, m_MediaForm});
+  m_ShowPlayer->InitControls(*tmrShowPlayer, m_CIO, m_MediaForm->wmp());
 }
 
 void frmMonitor::CloseAfterBox(const Error& error) {
@@ -216,10 +217,11 @@ void frmMonitor::Form_Unload() {
   if (m_FormHook) m_FormHook->StopSubclass();
   m_FormHook.reset();
   IgnoreErrors([this] {
-    if (m_Devices.Window && m_Devices.Window->Loaded()) m_Devices.Window->Unload();
+    if (m_MediaForm) m_MediaForm->Unload();
   });
   IgnoreErrors([this] {
     m_CIO.reset();
+    m_MediaForm.reset();
     m_Devices = Devices();
   });
 }

@@ -19,6 +19,7 @@
 #include "monitor/VexMessage.h"
 #include "player/StatusReport.h"
 #include "player/devices/Devices.h"
+#include "player/devices/frmMediaPlayer.h"
 #include "schedule/MonitoredShowEvent.h"
 #include "settings/LibNetworks.h"
 #include "show/ShowReader.h"
@@ -199,6 +200,7 @@ class frmMonitor final : public StatusReport {
   std::unique_ptr<Timer> tmrUnloadGracefully;
 
   Devices m_Devices;
+  std::shared_ptr<frmMediaPlayer> m_MediaForm;
   std::shared_ptr<ChannelIO> m_CIO;
   std::unique_ptr<ShowPlayer> m_ShowPlayer;
 };

@@ -19,7 +19,7 @@ ShowPlayer::ShowPlayer(PlayerSurroundings surroundings)
                              },
                              surroundings.Programs},
       m_ShellCommands(std::move(surroundings.Components.ShellCommands)),
-      m_VideoWindow(std::move(surroundings.Components.Window)),
+      m_MediaForm(std::move(surroundings.MediaForm)),
       m_Random(surroundings.Seed) {
   ReadSettings(surroundings.Settings, surroundings.NetworkSettings);
 }

@@ -12,6 +12,7 @@
 #include "player/SequencePlayInfo.h"
 #include "player/StatusReport.h"
 #include "player/devices/Devices.h"
+#include "player/devices/frmMediaPlayer.h"
 #include "settings/LibNetworks.h"
 #include "settings/VideoPreferences.h"
 
@@ -34,6 +35,8 @@ struct PlayerSurroundings {
   Devices Components;
   /// Draws the songs of shuffled playlists; one seed replays one run.
   uint64_t Seed = 0;
+  /// The form on which the media player stands.
+  std::shared_ptr<frmMediaPlayer> MediaForm;
 };
 
 /// Plays one show at a time. The shell says which show should be playing by setting NextShow; everything
@@ -195,7 +198,7 @@ class ShowPlayer {
   Clock& m_Clock;
   SequenceSurroundings m_SequenceSurroundings;
   std::shared_ptr<ShellCommandManager> m_ShellCommands;
-  std::shared_ptr<MediaWindow> m_VideoWindow;
+  std::shared_ptr<frmMediaPlayer> m_MediaForm;
   Timer* m_ShowTimer = nullptr;
   std::shared_ptr<ChannelIO> m_CIO;
   std::shared_ptr<MediaPlayer> m_WMP;

@@ -36,15 +36,14 @@ std::string ShowPlayer::MediaErrorText() {
 }
 
 void ShowPlayer::ShowVideoWindow() {
-  if (!m_VideoWindow) return;
-  m_VideoWindow->Place(m_Video.MonitorX * MediaWindow::TwipsPerPixel,
-                       m_Video.MonitorY * MediaWindow::TwipsPerPixel);
-  m_VideoWindow->Show();
+  m_MediaForm->Position(m_Video.MonitorX * MediaWindow::TwipsPerPixel,
+                        m_Video.MonitorY * MediaWindow::TwipsPerPixel);
+  m_MediaForm->Show();
   m_WMP->FullScreen(m_Video.FullScreenVideo);
 }
 
 void ShowPlayer::HideVideoWindow() {
-  if (m_VideoWindow && m_VideoWindow->Loaded()) m_VideoWindow->Hide();
+  m_MediaForm->Hide();
 }
 
 }  // namespace vex

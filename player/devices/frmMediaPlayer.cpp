@@ -26,4 +26,12 @@ void frmMediaPlayer::Resize(int32_t lWidth, int32_t lHeight) {
   m_Window->MoveControl(0, 0, lWidth, lHeight);
 }
 
+void frmMediaPlayer::Hide() {
+  if (m_Window->Loaded()) m_Window->Hide();
+}
+
+void frmMediaPlayer::Unload() {
+  if (m_Window->Loaded()) m_Window->Unload();
+}
+
 }  // namespace vex

@@ -11,13 +11,15 @@ namespace vex {
 /// the machine can close it: a show runs unattended, and the form goes when the program unloads it.
 ///
 /// What is portable about the form is here; the window itself is the machine's.
-class frmMediaPlayer : public MediaWindow {
+class frmMediaPlayer {
  public:
   /// Who asks the form to close, as the platform numbers it.
   enum UnloadMode : int32_t { ControlMenu = 0, FormCode = 1, SystemEnds = 2, TaskManager = 3, FormOwner = 5 };
 
   frmMediaPlayer(std::shared_ptr<MediaWindow> window, std::shared_ptr<MediaPlayer> control);
-  ~frmMediaPlayer() override;
+  ~frmMediaPlayer();
+  frmMediaPlayer(const frmMediaPlayer&) = delete;
+  frmMediaPlayer& operator=(const frmMediaPlayer&) = delete;
 
   /// The control WindowsMediaPlayer1.
   [[nodiscard]] const std::shared_ptr<MediaPlayer>& wmp() const { return m_WindowsMediaPlayer1; }
@@ -31,12 +33,10 @@ class frmMediaPlayer : public MediaWindow {
   /// Lays the control over the whole inside; a size of nothing (a minimised form) changes nothing.
   void Resize(int32_t lWidth, int32_t lHeight);
 
-  void Place(int32_t lLeftTwips, int32_t lTopTwips) override { Position(lLeftTwips, lTopTwips); }
-  void Show() override { m_Window->Show(); }
-  void Hide() override { m_Window->Hide(); }
-  [[nodiscard]] bool Loaded() const override { return m_Window->Loaded(); }
-  [[nodiscard]] bool Visible() const override { return m_Window->Visible(); }
-  void Unload() override { m_Window->Unload(); }
+  void Show() { m_Window->Show(); }
+  /// A form that is not loaded is not loaded to be hidden.
+  void Hide();
+  void Unload();
 
  private:
   std::shared_ptr<MediaWindow> m_Window;

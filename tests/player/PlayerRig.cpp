@@ -94,8 +94,9 @@ void PlayerRig::MakePlayer() {
     if (FailNewSequence) throw Error(429, "", "ActiveX component can't create object");
     return std::make_shared<FakeEngine>(Lines, Host.Clock(), Library);
   };
-  Player = std::make_unique<ShowPlayer>(PlayerSurroundings{
-      *this, Host.Clock(), Host.Processes(), Host.Registry(), NetworkSettings, devices, m_Seed});
+  Player = std::make_unique<ShowPlayer>(PlayerSurroundings{*this, Host.Clock(), Host.Processes(),
+                                                           Host.Registry(), NetworkSettings, devices, m_Seed,
+                                                           std::make_shared<frmMediaPlayer>(Window, Media)});
   Player->InitControls(*ShowTimer, Lights, Media);
 }
 

@@ -16,7 +16,9 @@ struct Option {
 
 /// What a show needs of the library, and nothing that it would do for a person at a screen. The sound ends
 /// with its last sample (no gapless playback), pictures beside a song are no video, nothing is read ahead
-/// beyond what plays, and the sound server is asked for a position that runs evenly.
+/// beyond what plays, and the sound server is asked for a position that runs evenly. Windows are asked of X
+/// alone: only there is a window put in its place, and version 0.35, where it looks for Wayland in vain,
+/// closes descriptor 0, whatever that is by then.
 constexpr Option kOptions[] = {
     {"config", "no"},
     {"idle", "yes"},
@@ -34,9 +36,13 @@ constexpr Option kOptions[] = {
     {"sub-auto", "no"},
     {"audio-file-auto", "no"},
     {"force-window", "no"},
-    {"title", "Brillara Video"},
     {"vo", "null"},
-    {"gpu-sw", "yes"},
+    {"gpu-context", "x11egl"},
+    {"load-osd-console", "no"},
+    {"load-auto-profiles", "no"},
+    {"keepaspect-window", "no"},
+    {"cursor-autohide", "always"},
+    {"stop-screensaver", "no"},
     {"cache", "no"},
     {"demuxer-max-bytes", "2MiB"},
     {"demuxer-max-back-bytes", "0"},
@@ -126,10 +132,11 @@ void MpvCore::MakeCore(Making& making) {
     MpvLibrary::Loaded().TerminateDestroy(core);
     return;
   }
-  const char* keepWindow[] = {"keybind", "CLOSE_WIN", "ignore", nullptr};
+  const char* keepWindow[] = {"keybind", "CLOSE_WIN", "script-message close-box", nullptr};
   MpvLibrary::Loaded().Command(core, keepWindow);
   MpvLibrary::Loaded().HookAdd(core, 0, "on_preloaded", 0);
   MpvLibrary::Loaded().ObserveProperty(core, 0, "current-ao", MPV_FORMAT_STRING);
+  MpvLibrary::Loaded().ObserveProperty(core, 0, "current-vo", MPV_FORMAT_STRING);
   making.Core = core;
 }
 

@@ -64,12 +64,15 @@ MpvMediaPlayer::MpvMediaPlayer(const Clock& clock, EventLoop& loop, Files& files
               [this](const mpv_event& event) { CoreEvent(event); }, [this] { CoreDrained(); },
               [this](const std::string& szLine) {
                 if (Trouble) Trouble(szLine);
-              }}) {
+              }}),
+      m_Window(std::make_shared<MpvWindow>(m_Core)) {
   m_AskTimer->Interval(AskIntervalMs);
   m_AskTimer->Tick([this] { AskPosition(); });
 }
 
-MpvMediaPlayer::~MpvMediaPlayer() = default;
+MpvMediaPlayer::~MpvMediaPlayer() {
+  m_Window->CoreGone();
+}
 
 std::shared_ptr<MediaItem> MpvMediaPlayer::NewMedia(const std::string& szUrl) {
   return std::make_shared<MpvMediaItem>(szUrl);
@@ -98,6 +101,7 @@ void MpvMediaPlayer::CurrentPosition(double seconds) {
 void MpvMediaPlayer::Play() {
   if (!m_Media) throw PlatformError(ErrorObjectNotSet);
   EndRun(Phase::Opening);
+  m_Window->Opening();
   m_HasAudio = true;
   m_Line.Begin(m_StartPosition + Offset());
   if (m_Core.IsReady()) {
@@ -111,6 +115,7 @@ void MpvMediaPlayer::Stop() {
   if (m_Phase == Phase::Stopped) return;
   EndRun(Phase::Stopped);
   if (m_Core.IsReady()) m_Core.Command(0, {"stop"});
+  m_Window->Ended();
 }
 
 int32_t MpvMediaPlayer::PlayState() {
@@ -155,6 +160,7 @@ void MpvMediaPlayer::EndRun(Phase phase) {
   m_FailureReason.clear();
   m_LogLines.clear();
   m_AskTimer->Enabled(false);
+  ContinueOpening();
 }
 
 // The library's reasons may come after the end; they have all come once it answers a later question.
@@ -171,6 +177,7 @@ void MpvMediaPlayer::ReportFailure() {
   if (ErrorEvent) ErrorEvent();
   if (run != m_Run) return;
   EndRun(Phase::Stopped);
+  m_Window->Ended();
   RaiseChanged();
 }
 
@@ -179,6 +186,7 @@ void MpvMediaPlayer::RaiseChanged() {
 }
 
 void MpvMediaPlayer::CoreReady(const std::string& szFailure) {
+  m_Window->CoreChanged();
   if (m_Phase != Phase::Opening) return;
   if (szFailure.empty()) {
     Load();
@@ -197,10 +205,11 @@ void MpvMediaPlayer::CoreEvent(const mpv_event& event) {
     case MPV_EVENT_GET_PROPERTY_REPLY:
       if (event.reply_userdata == Number(Reply::Position)) PositionKnown(event);
       if (event.reply_userdata == Number(Reply::Tracks)) TracksKnown(event);
+      if (event.reply_userdata == Number(Reply::Decided)) ContinueOpening();
       if (event.reply_userdata == Number(Reply::Gathered)) m_Gathered = true;
       break;
-    case MPV_EVENT_SET_PROPERTY_REPLY:
-      if (event.reply_userdata == Number(Reply::Option)) ContinueOpening();
+    case MPV_EVENT_CLIENT_MESSAGE:
+      m_Window->CloseBoxPressed();
       break;
     case MPV_EVENT_START_FILE:
       m_CoreEntry = static_cast<const mpv_event_start_file*>(event.data)->playlist_entry_id;
@@ -265,15 +274,14 @@ void MpvMediaPlayer::TracksKnown(const mpv_event& event) {
   m_Media->MediaType(boolVideo ? "video" : boolAudio ? "audio" : "");
   const uint64_t run = m_Run;
   if (OpenStateChange) OpenStateChange(OpenStateMediaOpen);
-  if (run == m_Run && boolVideo && boolAudio) {
-    m_Core.Set(Number(Reply::Option), "file-local-options/vid", "no");
-  } else {
-    ContinueOpening();
-  }
+  if (run != m_Run) return;  // and the library has been let go on
+  m_Window->Begin(boolVideo, boolAudio);
+  m_Core.Ask(Number(Reply::Decided), "idle-active", MPV_FORMAT_FLAG);  // answered after all that was set
 }
 
 void MpvMediaPlayer::ContinueOpening() {
-  if (const uint64_t hook = std::exchange(m_Hook, 0)) m_Core.Continue(hook);
+  const uint64_t hook = std::exchange(m_Hook, 0);
+  if (hook != 0 && m_Core.IsReady()) m_Core.Continue(hook);
 }
 
 void MpvMediaPlayer::Restarted() {
@@ -293,6 +301,7 @@ void MpvMediaPlayer::FileEnded(const mpv_event_end_file& end) {
     return;
   }
   EndRun(Phase::Stopped);
+  m_Window->Ended();
   RaiseChanged();
 }
 
@@ -300,14 +309,21 @@ void MpvMediaPlayer::LogLine(const mpv_event_log_message& message) {
   constexpr size_t mostLines = 5;
   if (m_Phase != Phase::Opening && m_Phase != Phase::Failing) return;
   if (message.log_level > MPV_LOG_LEVEL_ERROR || m_LogLines.size() >= mostLines) return;
+  if (std::string_view(message.prefix).starts_with("vo/")) return;  // no reason of the file's
   std::string szLine = SystemText(message.text);
   while (!szLine.empty() && (szLine.back() == '\n' || szLine.back() == '\r')) szLine.pop_back();
   if (!szLine.empty()) m_LogLines.push_back(szLine);
 }
 
 void MpvMediaPlayer::PropertyChanged(const mpv_event_property& property) {
-  if (property.format != MPV_FORMAT_STRING || std::string_view(property.name) != "current-ao") return;
+  if (property.format != MPV_FORMAT_STRING) return;
   const std::string_view szOutput = *static_cast<char* const*>(property.data);
+  if (std::string_view(property.name) == "current-vo") {
+    if (m_BlindnessTold || !m_Window->Missing(szOutput)) return;
+    m_BlindnessTold = true;
+    if (Trouble) Trouble("Video cannot be shown: no display can be opened (see DISPLAY); the sound plays on");
+    return;
+  }
   const bool boolWanted = m_Settings.AudioOutput.find("null") != std::string::npos;
   if (szOutput != "null" || boolWanted || m_SilenceTold) return;
   m_SilenceTold = true;

@@ -7,6 +7,7 @@
 
 #include "components/open/media/MpvCore.h"
 #include "components/open/media/MpvMediaItem.h"
+#include "components/open/media/MpvWindow.h"
 #include "components/open/media/PositionLine.h"
 #include "host/Clock.h"
 #include "host/EventLoop.h"
@@ -30,7 +31,7 @@ struct MpvSettings {
 
 /// The media player on the media library. It never waits for the library: while something plays it asks for
 /// the position every 20 ms and tells it along a line between the answers; everything else comes as events.
-/// Of a video only the sound is played.
+/// Pictures are shown in its window, and only decoded while that is to be seen.
 ///
 ///     Stopped --Play--> Opening --sound begins--> Playing --end--> Stopped
 ///                          |                         |
@@ -57,14 +58,17 @@ class MpvMediaPlayer final : public MediaPlayer {
   [[nodiscard]] int32_t ErrorCount() override { return static_cast<int32_t>(m_Errors.size()); }
   [[nodiscard]] std::string ErrorDescription(int32_t lIndex) override;
   void ClearErrorQueue() override { m_Errors.clear(); }
-  void FullScreen(bool) override {}  // nothing is shown
+  void FullScreen(bool boolFullScreen) override { m_Window->FullScreen(boolFullScreen); }
   void MediaExpected() override { m_Core.Make(); }
   [[nodiscard]] NextDue WhenPositionReaches(int32_t lMilliseconds) override;
   [[nodiscard]] NextDue NextStateChange() override { return NextDue::Never(); }
 
+  /// The window in which it shows pictures.
+  [[nodiscard]] const std::shared_ptr<MpvWindow>& Window() const { return m_Window; }
+
  private:
   enum class Phase { Stopped, Opening, Playing, Failing };
-  enum class Reply : uint64_t { None, Load, Position, Tracks, Option, Gathered };
+  enum class Reply : uint64_t { None, Load, Position, Tracks, Decided, Gathered };
 
   // The run.
   void Load();
@@ -99,6 +103,7 @@ class MpvMediaPlayer final : public MediaPlayer {
   MpvSettings m_Settings;
   std::unique_ptr<Timer> m_AskTimer;
   MpvCore m_Core;
+  std::shared_ptr<MpvWindow> m_Window;
 
   std::shared_ptr<MpvMediaItem> m_Media;
   Elapsed m_StartPosition{0};
@@ -114,6 +119,7 @@ class MpvMediaPlayer final : public MediaPlayer {
   std::string m_FailureReason;
   std::vector<std::string> m_LogLines;
   bool m_SilenceTold = false;
+  bool m_BlindnessTold = false;
 
   PositionLine m_Line;
   Elapsed m_Asked{0};
