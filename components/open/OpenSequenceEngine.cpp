@@ -254,8 +254,25 @@ void OpenSequenceEngine::Close() {
   m_Cursor->Restart(nanoseconds(0));
 }
 
+/// A light that stays lit is seen by everybody: a control that refuses is asked once more, and one circuit
+/// that cannot be put out holds up no other.
 void OpenSequenceEngine::SendLightsOff() {
-  while (m_Cursor->NextLightsOff(m_Event)) Send(m_Event);
+  std::exception_ptr failure;
+  while (m_Cursor->NextLightsOff(m_Event)) {
+    try {
+      try {
+        Send(m_Event);
+      } catch (const std::exception&) {
+        Send(m_Event);
+      }
+    } catch (const std::exception&) {
+      if (!failure) failure = std::current_exception();
+    }
+  }
+  if (failure) {
+    FlushSent();
+    std::rethrow_exception(failure);
+  }
 }
 
 void OpenSequenceEngine::FlushSent() {

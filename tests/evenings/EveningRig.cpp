@@ -62,12 +62,15 @@ Devices EveningRig::MakeDevices() {
   const auto names = std::make_shared<MediaNames>();
   Lights = std::make_shared<RecordedChannelIO>(recorder);
   Media = std::make_shared<RecordedMediaPlayer>(
-      Host.Clock(), Host.EventLoop(), recorder,
-      [names](const std::string& szPath) { return names->NameOf(szPath); },
-      [names](const std::string& szPath) { return AssumedMediaFacts(*names, szPath); });
+      Host.Clock(), *Loop, recorder, [names](const std::string& szPath) { return names->NameOf(szPath); },
+      [names](const std::string& szPath) {
+        MediaFacts facts = AssumedMediaFacts(*names, szPath);
+        if (!facts.Length) facts.Errors.emplace_back("file not found");
+        return facts;
+      });
   Faults->Injected = [this] { Media->Changed(); };
   const auto find = [this](const std::string& szName, bool boolIsAudio) {
-    return FullSequencePath(Host.Registry(), szName, boolIsAudio);
+    return FullSequencePath(*Settings, szName, boolIsAudio);
   };
   const SequenceRecording recording{recorder, names, Faults,
                                     [find](const std::string& szName) { return find(szName, true); }};
@@ -75,28 +78,29 @@ Devices EveningRig::MakeDevices() {
   devices.Lights = Lights;
   devices.NewSequence = [this, recording, find] {
     return std::make_shared<RecordedSequenceEngine>(
-        std::make_shared<OpenSequenceEngine>(Host.Clock(), Host.EventLoop(), Host.Files(), find), recording);
+        std::make_shared<OpenSequenceEngine>(Host.Clock(), *Loop, *FileSystem, find), recording);
   };
   devices.ShellCommands =
       std::make_shared<RecordedShellCommandManager>(std::make_shared<OpenShellCommandManager>(), recorder);
   devices.Media = Media;
   devices.Window = std::make_shared<RecordedMediaWindow>(recorder);
+  if (WrapDevices) WrapDevices(devices);
   return devices;
 }
 
 void EveningRig::Start(const std::string& szCommandLine) {
   MonitorSurroundings surroundings{.Time = Host.Clock(),
-                                   .Loop = Host.EventLoop(),
-                                   .Desktop = Host.Windows(),
-                                   .Settings = Host.Registry(),
-                                   .FileSystem = Host.Files(),
-                                   .Programs = Host.Processes(),
-                                   .Instance = Host.SingleInstance(),
+                                   .Loop = *Loop,
+                                   .Desktop = *Desktop,
+                                   .Settings = *Settings,
+                                   .FileSystem = *FileSystem,
+                                   .Programs = *Programs,
+                                   .Instance = *Instance,
                                    .Boxes = Host.MessageBoxes(),
                                    .NewDevices = [this] { return MakeDevices(); },
                                    .CommandLine = szCommandLine,
                                    .Seed = m_Seed,
-                                   .StatusFilename = "",
+                                   .StatusFilename = StatusFilename,
                                    .CheckInstallation = false,
                                    .LogTrace = nullptr};
   surroundings.LogTrace = [this](int32_t lLevel, const std::string& szText,
@@ -104,6 +108,7 @@ void EveningRig::Start(const std::string& szCommandLine) {
     std::string szLine = "log " + std::to_string(lLevel) + " " + szText;
     if (playInfo) szLine += " " + PlayTypeWord(playInfo->PlayType()) + ": " + playInfo->Filename();
     WriteDown(szLine);
+    if (Traced) Traced();
   };
   Host.Windows().Sent([this](WindowHandle, const VirtualWindows::Message& message) {
     WriteDown("sent " + message.Bytes.substr(0, message.Bytes.find('\0')));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -37,6 +38,19 @@ class EveningRig {
   [[nodiscard]] std::vector<std::string> LogWithoutTime() const;
 
   VirtualHost Host;
+  /// The seams that the player is given, those of the host unless a test puts its own before them.
+  vex::EventLoop* Loop = &Host.EventLoop();
+  vex::Windows* Desktop = &Host.Windows();
+  vex::Registry* Settings = &Host.Registry();
+  vex::Files* FileSystem = &Host.Files();
+  vex::Processes* Programs = &Host.Processes();
+  vex::SingleInstance* Instance = &Host.SingleInstance();
+  /// Has its way with the devices before the player gets them; may be empty.
+  std::function<void(Devices&)> WrapDevices;
+  /// Where the status file lies; empty for none.
+  std::string StatusFilename;
+  /// Called with each line of the log, behind WriteDown; may be empty.
+  std::function<void()> Traced;
   std::vector<std::string> Lines;
   std::shared_ptr<SequenceFaults> Faults = std::make_shared<SequenceFaults>();
   std::shared_ptr<RecordedChannelIO> Lights;

@@ -36,7 +36,10 @@ class NotedLights final : public ChannelIO {
   void SendEvent(int32_t lNetwork, int32_t lUnit, int32_t lCircuit, double startLevel, double endLevel,
                  const std::string& szCommand, double rate, int32_t lStartMs, int32_t lEndMs,
                  int32_t lDurationMs) override {
-    if (FailSends) throw Error(7, "Lights", "no lights");
+    if (FailSends || RefuseNext > 0) {
+      if (RefuseNext > 0) --RefuseNext;
+      throw Error(7, "Lights", "no lights");
+    }
     std::ostringstream line;
     line << (lNetwork == 0 ? "" : std::to_string(lNetwork) + "/") << lUnit << '.' << lCircuit << ' '
          << startLevel << '>' << endLevel << ' ' << lDurationMs;
@@ -54,6 +57,7 @@ class NotedLights final : public ChannelIO {
   bool NoteQuestions = false;
   bool Whole = false;
   bool FailSends = false;
+  int32_t RefuseNext = 0;  // so many of the next events
   int32_t MostUnits = 64;
 
  private:

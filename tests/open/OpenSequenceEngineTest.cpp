@@ -248,6 +248,27 @@ TEST(OpenSequenceEngine, OnlyCircuitsThatWereUsedGoOff) {
   EXPECT_THAT(rig.Lights->Take(), IsEmpty());
 }
 
+TEST(OpenSequenceEngine, AControlThatRefusesToPutALightOutIsAskedOnceMore) {
+  EngineRig rig;
+  rig.Play(Two, false, true);
+  rig.Advance(99);
+  rig.Lights->Take();
+  rig.Lights->RefuseNext = 1;
+  rig.Engine->Stop();
+  EXPECT_THAT(rig.Lights->Take(), ElementsAre("99: 1.1 0>0 1", "99: 1.2 0>0 1", "99: flush"));
+}
+
+TEST(OpenSequenceEngine, ALightThatCannotBePutOutHoldsUpNoOther) {
+  EngineRig rig;
+  rig.Play(Two, false, true);
+  rig.Advance(99);
+  rig.Lights->Take();
+  rig.Lights->RefuseNext = 2;
+  EXPECT_THROW(rig.Engine->Stop(), Error);
+  EXPECT_THAT(rig.Lights->Take(), ElementsAre("99: 1.2 0>0 1", "99: flush"));
+  EXPECT_EQ(rig.Engine->PlayState(), 0);
+}
+
 TEST(OpenSequenceEngine, WithoutLightsOffTheyStay) {
   EngineRig rig;
   rig.Play(Two);
