@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -137,6 +138,8 @@ class FakeEngine : public SequenceEngine {
     if (m_Playing && !m_HasMedia && !Looping() && m_Clock.Elapsed() >= End()) m_Playing = false;
     return m_Playing ? 1 : 0;
   }
+  [[nodiscard]] const std::shared_ptr<ChannelIO>& Control() const { return m_CIO; }
+  [[nodiscard]] double Rate() const { return m_Rate; }
   std::string MediaFile() override { return m_Script ? m_Script->Media : ""; }
   std::any ShellCommand() override { return m_Script ? m_Script->ShellCommand : std::any(); }
   bool UsesNetwork(NetworkKind kind) override {
@@ -214,9 +217,10 @@ class FakeMediaPlayer : public MediaPlayer {
   }
   std::shared_ptr<MediaItem> CurrentMedia() override { return m_Media; }
   double CurrentPosition() override {
+    if (Position) return *Position;
     return std::chrono::duration<double>(m_Clock.Elapsed() - m_Started).count();
   }
-  void CurrentPosition(double) override {}
+  void CurrentPosition(double seconds) override { PositionsSet.push_back(seconds); }
   void Play() override {
     m_Transcript.push_back("media play");
     if (!FailPlay.empty()) throw Error(1, "Media", FailPlay);
@@ -262,6 +266,9 @@ class FakeMediaPlayer : public MediaPlayer {
   std::string FailPlay;
   std::string FailStop;
   int32_t ExpectedCount = 0;
+  /// Told instead of the clock's, if set.
+  std::optional<double> Position;
+  std::vector<double> PositionsSet;
 
  private:
   Transcript& m_Transcript;
@@ -287,11 +294,12 @@ class FakeWindow : public MediaWindow {
     if (m_Visible) m_Transcript.push_back("window hide");
     m_Visible = false;
   }
-  bool Loaded() const override { return true; }
+  bool Loaded() const override { return IsLoaded; }
   bool Visible() const override { return m_Visible; }
   void Unload() override {}
 
   std::string FailPlace;
+  bool IsLoaded = true;
 
  private:
   Transcript& m_Transcript;
@@ -315,12 +323,18 @@ class FakeInput : public NamedProperties {
     if (found == m_Integers.end()) throw Error(438, "", "Object doesn't support this property or method");
     return found->second;
   }
-  std::string Text(std::string_view) const override { return m_Name; }
-  void Forget(const std::string& szName) { m_Integers.erase(szName); }
+  std::string Text(std::string_view) const override {
+    if (!m_Name) throw Error(438, "", "Object doesn't support this property or method");
+    return *m_Name;
+  }
+  void Forget(const std::string& szName) {
+    m_Integers.erase(szName);
+    if (szName == "Name") m_Name.reset();
+  }
 
  private:
   std::map<std::string, int32_t> m_Integers;
-  std::string m_Name;
+  std::optional<std::string> m_Name;
 };
 
 }  // namespace vex::test

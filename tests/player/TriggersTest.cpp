@@ -212,6 +212,24 @@ TEST_F(Triggers, AnInteractiveSequenceWithMediaTakesTheMediaPlayerFromTheSong) {
   EXPECT_THAT(rig.LinesOf("1 Starting M"), ElementsAre("1 Starting Musical: song"));
 }
 
+TEST_F(Triggers, AnInteractiveSequenceWithMediaTakesTheMediaPlayerFromAnotherGroup) {
+  rig.Sequences({"x"}, 9999, "jingle.ogg");
+  rig.Sequences({"y"}, 9999, "gong.ogg");
+  rig.Media->Lengths["jingle.ogg"] = 60000;
+  ShowText text;
+  text.Groups =
+      "(" + GroupText(false, false, {{Door, {"x"}}}) + "," + GroupText(false, false, {{Bell, {"y"}}}) + ")";
+  Begin(text);
+  rig.Press(3);
+  rig.Run(100);
+  rig.Press(4);
+  rig.Run(100);
+  EXPECT_TRUE(rig.Has("1 Ending Interactive: x"));
+  EXPECT_EQ(rig.Player->MediaHolder()->Filename(), "y");
+  EXPECT_THAT(rig.LinesOf("media"), ElementsAre("media open jingle.ogg", "media play", "media stop",
+                                                "media open gong.ogg", "media play"));
+}
+
 TEST_F(Triggers, AnInteractiveSequenceWithoutMediaLetsTheSongGoOn) {
   rig.Sequences({"song"}, 9999, "song.ogg");
   rig.Media->Lengths["song.ogg"] = 60000;
@@ -280,10 +298,12 @@ TEST_F(Triggers, NothingHappensWithoutAShowOrInShutdown) {
 
 TEST_F(Triggers, AnInputThatCannotBeReadIsPassedOver) {
   Begin(WithGroup(false, false, {{Door, {"x"}}}));
-  FakeInput input(0, 1, 3, "Door");
-  input.Forget("UnitId");
-  rig.Lights->TriggerDetected(input);
-  EXPECT_THAT(rig.Lines, IsEmpty());
+  for (const char* szProperty : {"Network", "UnitId", "InputNumber", "Name"}) {
+    FakeInput input(0, 1, 3, "Door");
+    input.Forget(szProperty);
+    rig.Lights->TriggerDetected(input);
+    EXPECT_THAT(rig.Lines, IsEmpty()) << szProperty;
+  }
 }
 
 TEST_F(Triggers, AnotherNetworkOrUnitIsAnotherInput) {
