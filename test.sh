@@ -3,7 +3,7 @@
 # "N passed, N failed"; the exit status is 0 only when nothing failed.
 #
 #   ./test.sh              everything
-#   ./test.sh STEP ...     some steps: format house native asan tidy fuzz e2e
+#   ./test.sh STEP ...     some steps: format house native asan tidy fuzz e2e windows
 set -uo pipefail
 cd "$(dirname "$0")"
 
@@ -98,10 +98,27 @@ step_e2e() {
   failed=$((failed + $(grep -c '^not ok ' "$results/e2e")))
 }
 
+step_windows() {
+  heading "the same for Windows (mingw-w64), under Wine"
+  check "packages for Windows" cmake/install-packages.sh windows
+  check "32-bit Wine" cmake/windows/install-wine32.sh
+  local architecture good bad left_out
+  for architecture in x86_64 i686; do
+    if ! build "windows-$architecture"; then check "build windows-$architecture" false; continue; fi
+    if ! read -r good bad left_out < <(python3 tests/windows/run.py "$architecture"); then
+      check "tests of windows-$architecture" false
+      continue
+    fi
+    passed=$((passed + good))
+    failed=$((failed + bad))
+    skipped=$((skipped + left_out))
+  done
+}
+
 steps=("$@")
-[ ${#steps[@]} -gt 0 ] || steps=(format house native asan tidy fuzz e2e)
+[ ${#steps[@]} -gt 0 ] || steps=(format house native asan tidy fuzz e2e windows)
 for step in "${steps[@]}"; do
-  declare -F "step_$step" >/dev/null || { echo "no step \"$step\"; there are format house native asan tidy fuzz e2e" >&2; exit 2; }
+  declare -F "step_$step" >/dev/null || { echo "no step \"$step\"; there are format house native asan tidy fuzz e2e windows" >&2; exit 2; }
 done
 
 cmake/install-packages.sh test || exit 1

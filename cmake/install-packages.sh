@@ -1,14 +1,21 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that are missing: those for building and playing, with "test" also those
-# for the tests. Needs root or sudo only when something is missing.
+# for the tests, with "windows" those for building the Windows programs and trying them. Needs root or sudo only
+# when something is missing.
 set -euo pipefail
 
 build=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev libmpv-dev liblo-dev python3)
 test=(libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev rapidjson-dev clang-14 clang-format-14
   clang-tidy-14 libclang-rt-14-dev git tshark liblo-tools xvfb openbox wmctrl x11-utils x11-apps)
 
+windows=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest wine wine64
+  mmdebstrap arch-test)
+
 wanted=("${build[@]}")
-[ "${1:-build}" = test ] && wanted+=("${test[@]}")
+case ${1:-build} in
+  test) wanted+=("${test[@]}") ;;
+  windows) wanted+=("${windows[@]}") ;;
+esac
 
 missing=()
 for package in "${wanted[@]}"; do

@@ -1,0 +1,11 @@
+# GoogleTest from Debian's sources (package googletest), built for the target without this project's warnings.
+if(NOT TARGET GTest::gtest)
+  if(NOT EXISTS /usr/src/googletest/CMakeLists.txt)
+    message(FATAL_ERROR "/usr/src/googletest is missing; run cmake/install-packages.sh windows")
+  endif()
+  get_directory_property(vex_options COMPILE_OPTIONS)
+  set_directory_properties(PROPERTIES COMPILE_OPTIONS "")
+  add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/gtest EXCLUDE_FROM_ALL)
+  set_directory_properties(PROPERTIES COMPILE_OPTIONS "${vex_options}")
+endif()
+set(GTest_FOUND TRUE)

@@ -1,0 +1,121 @@
+"""Wine machines on which the Windows programs are tried: a 64-bit one of this machine's Wine, and a 32-bit one
+in a small Debian of its own, since the suite's components are 32-bit and need the real thing.
+
+A machine has no display: its driver is the null one, with which hidden windows, message boxes and timers work.
+Programs are run in the machine's work folder, where they leave what they write.
+"""
+import os
+import pathlib
+import shutil
+import subprocess
+
+BUILD = pathlib.Path(__file__).resolve().parents[2] / "build"
+ROOT32 = BUILD / "wine" / "root32"
+LIBRARIES32 = "/usr/lib/i386-linux-gnu/wine"
+
+
+class Unavailable(Exception):
+    """Why a machine cannot be set up here."""
+
+
+class Wine:
+    """A Windows machine: start() it, run programs, stop() it."""
+
+    def __init__(self):
+        self.environment = {
+            "PATH": os.environ["PATH"],
+            "HOME": os.environ.get("HOME", "/root"),
+            "WINEDEBUG": "-all",
+            "WINEDLLOVERRIDES": "mscoree,mshtml=;winemenubuilder.exe=d",
+            # Without a UTF-8 locale files with names outside ASCII cannot be opened.
+            "LC_ALL": "C.UTF-8",
+        }
+
+    def call(self, arguments, timeout=120, output=None):
+        """Runs a command of the machine in its work folder, its standard output going to a file, never to a
+        pipe: services that it starts would keep that open. Returns the exit status, None after a timeout."""
+        with open(output or os.devnull, "wb") as sink:
+            process = subprocess.Popen(self.command(arguments), stdin=subprocess.DEVNULL, stdout=sink,
+                                       stderr=subprocess.STDOUT, env=self.environment, cwd=self.folder)
+            try:
+                return process.wait(timeout)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
+                return None
+
+    def start(self):
+        if not self.ready():
+            if self.call(["wineboot", "-i"]) != 0:
+                raise Unavailable("wineboot fails")
+            self.call(["wineserver", "-w"])
+            self.call(["wine", "reg", "add", r"HKCU\Software\Wine\Drivers", "/v", "Graphics", "/d", "null", "/f"])
+            # A crash is an exit status, not a window that waits for somebody.
+            self.call(["wine", "reg", "add", r"HKCU\Software\Wine\WineDbg", "/v", "ShowCrashDialog", "/t",
+                       "REG_DWORD", "/d", "0", "/f"])
+            self.call(["wineserver", "-w"])
+            self.mark_ready()
+        self.call(["wineserver", "-p"])
+        return self
+
+    def stop(self):
+        self.call(["wineserver", "-k"])
+
+    def run(self, program, arguments=(), timeout=300, output=None):
+        """Runs a Windows program that is copied into the work folder first."""
+        return self.call(["wine", self.bring(pathlib.Path(program)), *arguments], timeout, output)
+
+
+class Wine64(Wine):
+    def __init__(self, name="x86_64"):
+        super().__init__()
+        if not shutil.which("wine") or not shutil.which("wineboot"):
+            raise Unavailable("Wine is not installed (cmake/install-packages.sh windows)")
+        self.prefix = BUILD / "wine" / name
+        self.folder = self.prefix / "work"
+        self.folder.mkdir(parents=True, exist_ok=True)
+        self.environment["WINEPREFIX"] = str(self.prefix)
+
+    def command(self, arguments):
+        return arguments
+
+    def ready(self):
+        return (self.prefix / "ready").exists()
+
+    def mark_ready(self):
+        (self.prefix / "ready").touch()
+
+    def bring(self, program):
+        shutil.copy2(program, self.folder / program.name)
+        return program.name
+
+
+class Wine32(Wine):
+    def __init__(self):
+        super().__init__()
+        if not (ROOT32 / "ready").exists():
+            raise Unavailable(f"there is no 32-bit Wine in {ROOT32} (cmake/install-packages.sh windows)")
+        if os.geteuid() != 0:
+            raise Unavailable("the 32-bit Wine stands in a root folder of its own, which only root may enter")
+        self.folder = ROOT32 / "work"
+        self.folder.mkdir(exist_ok=True)
+        # The loader finds its libraries here where the root folder has no /proc to tell.
+        self.environment |= {"PATH": "/usr/bin:/bin", "HOME": "/root", "WINEPREFIX": "/prefix",
+                             "WINEDLLPATH": LIBRARIES32}
+
+    def command(self, arguments):
+        return ["/usr/sbin/chroot", str(ROOT32), "/bin/sh", "-c", 'cd /work && exec "$@"', "sh", *arguments]
+
+    def ready(self):
+        return (ROOT32 / "prefix" / "ready").exists()
+
+    def mark_ready(self):
+        (ROOT32 / "prefix" / "ready").touch()
+
+    def bring(self, program):
+        shutil.copy2(program, self.folder / program.name)
+        return program.name
+
+
+def machine(architecture):
+    return Wine32() if architecture == "i686" else Wine64()
