@@ -133,9 +133,9 @@ TEST_F(ShowsInForceTest, NextIsWhatIsScheduledWhenNothingIsCurrent) {
 }
 
 TEST_F(ShowsInForceTest, NextIsWhatIsScheduledWhenTheCurrentShowIsShuttingDown) {
-  Weekly("week", Thursday, 18, Thursday, 22);
+  Weekly("week", Thursday, 18, Thursday, 20);  // nothing is scheduled at the old show's end
   EXPECT_EQ(Next(Event("(old,(T,2026-12-24 18:00:00,T,2026-12-24 20:00:00),0,T)"), On(24, 19)),
-            "(week,(T,2026-12-24 18:00:00,T,2026-12-24 22:00:00),0,F)");
+            "(week,(T,2026-12-24 18:00:00,T,2026-12-24 20:00:00),0,F)");
 }
 
 TEST_F(ShowsInForceTest, NextIsWhatIsInForceWhenTheCurrentRangeIsOver) {

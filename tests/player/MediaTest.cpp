@@ -108,6 +108,31 @@ TEST_F(PlayerMedia, AnErrorMarksTheHolderAndTheNextTickEndsIt) {
   EXPECT_TRUE(rig.Has("1 Delaying between Musical sequences for 5 seconds"));
 }
 
+TEST_F(PlayerMedia, ALaterErrorTakesThePlaceOfTheFirst) {
+  Begin();
+  for (const char* szError : {"first", "second"}) {
+    rig.Media->Errors = {szError};
+    rig.Media->ErrorEvent();
+  }
+  EXPECT_EQ(rig.LinesOf("3").size(), 2U);
+  EXPECT_EQ(rig.Player->MediaHolder()->ErrorText(), "Error playing media file: second");
+}
+
+TEST_F(PlayerMedia, AVideoOfAnInputLeavesNoWindowWhereThereAreNoSongs) {
+  rig.Sequences({"v"}, 9999, "clip.mp4");
+  ShowText text;
+  text.Groups = "(" + GroupText(false, false, {{"(3,Door,1,0)", {"v"}}}) + ")";
+  rig.Give(text);
+  rig.Run(10);
+  rig.Press(3);
+  rig.Run(10);
+  Open("video");
+  rig.Run(500);
+  EXPECT_EQ(rig.LinesOf("window hide").size(), 0U);
+  rig.Run(600);
+  EXPECT_EQ(rig.LinesOf("window hide").size(), 1U);
+}
+
 TEST_F(PlayerMedia, AnErrorWithoutDescriptionsIsStillTold) {
   Begin();
   rig.Media->ErrorEvent();

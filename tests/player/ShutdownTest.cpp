@@ -83,6 +83,25 @@ TEST(ShowPlayerShutdown, WhatIsStoppedIsRemovedByTheNextWalkAndStoppedOnceMoreIn
                           "1 Stopping Animation: a", "1 Ending Animation: a", "1 Finished show: eve.shw"));
 }
 
+// A clean-up is music, but no song: it holds no media player, so it is not waited for.
+TEST(ShowPlayerShutdown, ACleanUpThatPlaysIsStoppedAndNotWaitedFor) {
+  PlayerRig rig;
+  rig.Sequences({"song"}, 9999, "song.ogg");
+  rig.Sequences({"c"}, 5000);
+  rig.Media->Lengths["song.ogg"] = 500;
+  ShowText text;
+  text.Songs = {"song"};
+  text.CleanUp = "c";
+  rig.Give(text);
+  rig.Run(1000);
+  rig.Forget();
+  rig.Give(nullptr);
+  rig.Run(10);
+  EXPECT_THAT(rig.Course(),
+              ElementsAre("1 Current show is entering shutdown mode", "1 Stopping Cleanup: c",
+                          "1 Stopping Cleanup: c", "1 Ending Cleanup: c", "1 Finished show: eve.shw"));
+}
+
 TEST(NextShow, TheSameShowAgainChangesNothing) {
   PlayerRig rig;
   rig.Give(ShowText{});
