@@ -153,9 +153,11 @@ class Stage(unittest.TestCase):
         self.address = f"127.{number >> 16 & 255}.{number >> 8 & 255}.{number & 255}"
         self.environment = dict(os.environ, VEX_SETTINGS=str(self.settings), VEX_RUNTIME_DIR=str(self.meeting),
                                 HOME=str(self.folder), LC_ALL="C.UTF-8")
-        self.environment.pop("DISPLAY", None)
+        for display in ("DISPLAY", "WAYLAND_DISPLAY"):
+            self.environment.pop(display, None)
         self.output = {"Protocol": "none"}
         self.components = {}
+        self.video = {}
         self.link = {}
         self.player = None
 
@@ -173,6 +175,7 @@ class Stage(unittest.TestCase):
             f"{key}]\n" + values({"UserDataPath": system_path(self.data) + "\\"}) +
             f"\n{key}\\Shared]\n" + values({"AudioPath": system_path(self.sequences),
                                             "NonAudioPath": system_path(self.sequences)}) +
+            f"\n{key}\\Shared\\VideoPreferences]\n" + values(self.video) +
             f"\n{key}\\Output]\n" + values(self.output) + f"\n{key}\\XLK]\n" + values(self.link) +
             f"\n{key}\\Components]\n" + values(self.components), encoding="utf-8")
 

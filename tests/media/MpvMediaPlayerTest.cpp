@@ -110,7 +110,7 @@ TEST_F(Mpv, ThePositionIsForetold) {
 
 TEST_F(Mpv, SoundThatIsLateMovesThePositionBack) {
   m_Player = std::make_shared<MpvMediaPlayer>(m_Host->Clock(), m_Host->EventLoop(), m_Host->Files(),
-                                              MpvSettings{400, "null"});
+                                              MpvSettings{400, "null", 30000});
   Play(Wave("song.wav", 1.0));
   double last = 0;
   ASSERT_TRUE(RunUntil([&] {

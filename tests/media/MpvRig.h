@@ -37,9 +37,9 @@ class MpvRig : public testing::Test {
     std::filesystem::remove_all(m_Folder);
   }
 
-  void MakePlayer() {
+  void MakePlayer(int32_t lPatienceMs = 30000) {
     m_Player = std::make_shared<MpvMediaPlayer>(m_Host->Clock(), m_Host->EventLoop(), m_Host->Files(),
-                                                MpvSettings{0, "null"});
+                                                MpvSettings{0, "null", lPatienceMs});
     m_Player->ErrorEvent = [this] {
       m_StateAtError = m_Player->PlayState();
       for (int32_t i = 0; i < m_Player->ErrorCount(); ++i) m_Errors += m_Player->ErrorDescription(i) + "|";

@@ -10,6 +10,8 @@
 namespace vex::test {
 namespace {
 
+using testing::HasSubstr;
+
 constexpr const char* Caption = "Brillara Video";
 constexpr int32_t Twips = MediaWindow::TwipsPerPixel;
 
@@ -183,6 +185,20 @@ TEST_F(VideoWindow, AVideoWithoutSoundIsHiddenAndGoesOn) {
   EXPECT_TRUE(RunUntilPosition(1.0));
 }
 
+TEST_F(VideoWindow, AVideoWhoseSoundIsOverGoesOnInItsTime) {
+  const XServer& display = Display();
+  MakePlayer(1500);
+  Watch(true);
+  PlayTestFile("short-sound.mp4");
+  ASSERT_TRUE(RunUntilSeen(display));
+  ASSERT_TRUE(RunUntilPosition(0.2));
+  const Elapsed began = m_Host->Clock().Elapsed();
+  ASSERT_TRUE(RunUntilPosition(2.2));
+  EXPECT_NEAR(std::chrono::duration<double>(m_Host->Clock().Elapsed() - began).count(), 2.0, 0.7);
+  EXPECT_TRUE(RunUntilStopped());
+  EXPECT_EQ(m_ErrorEvents, 0);
+}
+
 TEST_F(VideoWindow, ASongIsVisualizedInTheWindow) {
   const XServer& display = Display();
   Watch(true);
@@ -284,6 +300,39 @@ TEST_F(VideoWindow, NothingOfTheProgramIsClosedWithTheWindow) {
   m_Form->Hide();
   ASSERT_TRUE(RunUntilGone(display));
   for (const int descriptor : before) EXPECT_GE(fcntl(descriptor, F_GETFD), 0) << descriptor;
+}
+
+TEST_F(VideoWindow, ADisplayThatBreaksAwayEndsTheSongAndNothingElse) {
+  const auto display = std::make_unique<XServer>();
+  ASSERT_TRUE(display->Runs());
+  display->Use(false);
+  Watch(true);
+  PlayTestFile("clip.mp4");
+  ASSERT_TRUE(RunUntilSeen(*display));
+  ASSERT_TRUE(RunUntilPosition(0.3));
+  display->BreakAway();
+  ASSERT_TRUE(RunUntilStopped());
+  EXPECT_EQ(m_ErrorEvents, 1);
+  EXPECT_THAT(m_Errors, HasSubstr("broken away"));
+  PlayTestFile("clip.mp4");
+  ASSERT_TRUE(RunUntilPosition(0.3));
+  EXPECT_EQ(m_Troubles.size(), 1U);
+}
+
+TEST_F(VideoWindow, ADisplayThatBreaksAwayBetweenTwoVideosIsDoneWithout) {
+  const auto display = std::make_unique<XServer>();
+  ASSERT_TRUE(display->Runs());
+  display->Use(false);
+  Watch(true);
+  PlayTestFile("clip.mp4");
+  ASSERT_TRUE(RunUntilSeen(*display));
+  m_Player->Stop();
+  display->BreakAway();
+  RunFor(200ms);
+  PlayTestFile("clip.mp4");
+  EXPECT_TRUE(RunUntilPosition(0.3));
+  EXPECT_EQ(m_ErrorEvents, 0);
+  EXPECT_EQ(m_Troubles.size(), 1U);
 }
 
 TEST_F(VideoWindow, UnloadedTheWindowIsGone) {

@@ -83,9 +83,13 @@ void XServer::Use(bool boolWithManager) {
   for (int i = 0; i < 200 && OutputOf("wmctrl -m 2>/dev/null").empty(); ++i) usleep(50000);
 }
 
-XServer::~XServer() {
+void XServer::BreakAway() {
   End(m_Manager);
   End(m_Server);
+}
+
+XServer::~XServer() {
+  BreakAway();
 }
 
 /// Everything but the descriptor on which readiness is told is closed; what it says is of no interest.

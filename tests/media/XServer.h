@@ -21,6 +21,9 @@ class XServer {
   /// DISPLAY names it from now on; with or without a window manager.
   void Use(bool boolWithManager);
 
+  /// The display is no more, and whatever it showed.
+  void BreakAway();
+
   struct Window {
     std::string Id;  // empty for none
     int32_t Left = 0;

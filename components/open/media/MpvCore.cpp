@@ -1,5 +1,6 @@
 #include "components/open/media/MpvCore.h"
 
+#include <chrono>
 #include <clocale>
 #include <utility>
 
@@ -49,6 +50,8 @@ constexpr Option kOptions[] = {
     {"audio-fallback-to-null", "yes"},
 };
 
+constexpr std::chrono::seconds LongestEnd{3};
+
 /// Only known to a library that was built with that sound server.
 constexpr Option kSoundServerOptions[] = {
     {"pulse-buffer", "native"},
@@ -82,17 +85,35 @@ MpvCore::~MpvCore() {
   Discard();
 }
 
-void MpvCore::Discard() {
-  if (!m_Core) return;
+// The core ends on a thread of its own: one that is stuck in a display or a disk never does.
+std::future<void> MpvCore::End() {
   MpvLibrary::Loaded().SetWakeupCallback(m_Core, nullptr, nullptr);
-  MpvLibrary::Loaded().TerminateDestroy(m_Core);
-  m_Core = nullptr;
+  std::promise<void> ended;
+  std::future<void> end = ended.get_future();
+  std::thread([core = std::exchange(m_Core, nullptr), ended = std::move(ended)]() mutable {
+    MpvLibrary::Loaded().TerminateDestroy(core);
+    ended.set_value();
+  }).detach();
+  return end;
+}
+
+void MpvCore::Discard() {
+  if (m_Core) End().wait_for(LongestEnd);
+}
+
+bool MpvCore::HasLostItsDisplay() const {
+  return m_Core && MpvLibrary::DisplaysGone() != m_DisplaysGone;
+}
+
+void MpvCore::Abandon() {
+  if (m_Core) End();
 }
 
 void MpvCore::Make() {
   if (m_Core || m_Making) return;
   // The library refuses to work where the decimal point is something else; nothing here formats by locale.
   std::setlocale(LC_NUMERIC, "C");
+  m_DisplaysGone = MpvLibrary::DisplaysGone();
   m_Making = std::make_unique<Making>();
   m_Making->AudioOutput = m_AudioOutput;
   m_Making->Wake = m_Wake.get();
@@ -161,7 +182,8 @@ void MpvCore::Drain() {
   if (m_Draining) return;
   m_Draining = true;
   bool boolShutDown = false;
-  while (const mpv_event* event = MpvLibrary::Loaded().WaitEvent(m_Core, 0)) {
+  while (m_Core) {
+    const mpv_event* const event = MpvLibrary::Loaded().WaitEvent(m_Core, 0);
     if (event->event_id == MPV_EVENT_NONE) break;
     boolShutDown = boolShutDown || event->event_id == MPV_EVENT_SHUTDOWN;
     m_Handlers.Event(*event);

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <functional>
+#include <future>
 #include <memory>
 #include <string>
 #include <thread>
@@ -17,7 +18,8 @@ namespace vex {
 /// All asking is done without waiting; what the core answers comes as events in the loop.
 ///
 /// The core is either absent, being made, or ready. A core that cannot be made is absent again and Ready has
-/// been told why; the next Make tries anew.
+/// been told why; the next Make tries anew. A core that is let go ends beside the show; at the program's end
+/// it is waited for, but not for ever.
 class MpvCore {
  public:
   struct Handlers {
@@ -39,8 +41,10 @@ class MpvCore {
 
   void Make();
   [[nodiscard]] bool IsReady() const { return m_Core != nullptr; }
-  /// Lets go of a core that has shut down by itself.
-  void Discard();
+  /// What it drew on has broken away: it will end no video any more.
+  [[nodiscard]] bool HasLostItsDisplay() const;
+  /// Lets go of a core that is stuck, whatever becomes of it.
+  void Abandon();
 
   /// Each asks without waiting; the answer is an event with that number. Only while ready.
   void Command(uint64_t reply, const std::vector<std::string>& words);
@@ -54,9 +58,12 @@ class MpvCore {
   static void MakeCore(Making& making);
   void Wake();
   void Adopt();
+  void Discard();
+  std::future<void> End();
   void Drain();
 
   std::string m_AudioOutput;
+  uint32_t m_DisplaysGone = 0;  // before this core
   Handlers m_Handlers;
   std::unique_ptr<Signal> m_Wake;
   std::unique_ptr<Making> m_Making;

@@ -32,6 +32,8 @@ struct MpvLibrary {
 
   /// Loaded at the first call, from any thread, and kept.
   static const MpvLibrary& Loaded();
+  /// How many displays have broken away from cores that drew on them.
+  static uint32_t DisplaysGone();
 };
 
 }  // namespace vex

@@ -14,6 +14,7 @@ namespace vex {
 namespace {
 
 constexpr int32_t AskIntervalMs = 20;
+constexpr int32_t SoundIsOverTicks = 25;
 constexpr int32_t StateTransitioning = 9;
 
 /// What the library says, as the system's text; characters that the system does not know become "?".
@@ -101,6 +102,7 @@ void MpvMediaPlayer::CurrentPosition(double seconds) {
 void MpvMediaPlayer::Play() {
   if (!m_Media) throw PlatformError(ErrorObjectNotSet);
   EndRun(Phase::Opening);
+  if (m_Core.HasLostItsDisplay()) LeaveCore();
   m_Window->Opening();
   m_HasAudio = true;
   m_Line.Begin(m_StartPosition + Offset());
@@ -148,6 +150,7 @@ void MpvMediaPlayer::Load() {
     words.push_back("start=" + std::to_string(std::chrono::duration<double>(m_StartPosition).count()));
   }
   m_Core.Command(Number(Reply::Load), words);
+  m_AskTimer->Enabled(true);  // for now to see that it goes on
 }
 
 // Whatever run there was is over; the next one is in that phase.
@@ -157,6 +160,7 @@ void MpvMediaPlayer::EndRun(Phase phase) {
   m_Entry = 0;
   m_Gathered = false;
   m_PositionUnderWay = false;
+  m_StillTicks = 0;
   m_FailureReason.clear();
   m_LogLines.clear();
   m_AskTimer->Enabled(false);
@@ -167,7 +171,6 @@ void MpvMediaPlayer::EndRun(Phase phase) {
 void MpvMediaPlayer::BeginFailing(const std::string& szReason) {
   m_Phase = Phase::Failing;
   m_FailureReason = szReason;
-  m_AskTimer->Enabled(false);
   m_Core.Ask(Number(Reply::Gathered), "idle-active", MPV_FORMAT_FLAG);
 }
 
@@ -300,6 +303,11 @@ void MpvMediaPlayer::FileEnded(const mpv_event_end_file& end) {
     BeginFailing(MpvLibrary::Loaded().ErrorString(end.error));
     return;
   }
+  if (end.reason == MPV_END_FILE_REASON_REDIRECT) {  // the library would now play one after the other
+    m_Core.Command(0, {"stop"});
+    BeginFailing(m_Media->Path() + " is a list of files or a folder and no song");
+    return;
+  }
   EndRun(Phase::Stopped);
   m_Window->Ended();
   RaiseChanged();
@@ -330,8 +338,32 @@ void MpvMediaPlayer::PropertyChanged(const mpv_event_property& property) {
   if (Trouble) Trouble("No sound output can be opened: media play without sound");
 }
 
+// The library no longer answers: its display has broken away, or its disk. It is left behind, and the next
+// song gets a new one.
+void MpvMediaPlayer::CoreStuck(const std::string& szReason) {
+  LeaveCore();
+  m_Phase = Phase::Failing;
+  m_LogLines.clear();
+  m_FailureReason = szReason;
+  ReportFailure();
+}
+
+void MpvMediaPlayer::LeaveCore() {
+  m_Core.Abandon();
+  m_Window->CoreChanged();
+}
+
 void MpvMediaPlayer::AskPosition() {
-  if (m_PositionUnderWay || !m_Core.IsReady()) return;
+  if (!m_Core.IsReady()) return;
+  if (m_Core.HasLostItsDisplay()) {
+    CoreStuck("The display has broken away");
+    return;
+  }
+  if (++m_StillTicks > m_Settings.PatienceMs / AskIntervalMs) {
+    CoreStuck(m_Media->Path() + (m_Phase == Phase::Opening ? " does not open" : " does not go on"));
+    return;
+  }
+  if (m_PositionUnderWay) return;
   m_PositionUnderWay = true;
   m_Asked = m_Clock.Elapsed();
   m_Core.Ask(Number(Reply::Position), m_HasAudio ? "audio-pts" : "time-pos", MPV_FORMAT_DOUBLE);
@@ -340,8 +372,13 @@ void MpvMediaPlayer::AskPosition() {
 void MpvMediaPlayer::PositionKnown(const mpv_event& event) {
   m_PositionUnderWay = false;
   const auto* const property = static_cast<const mpv_event_property*>(event.data);
-  if (m_Phase != Phase::Playing || event.error < 0 || property->format != MPV_FORMAT_DOUBLE) return;
+  if (m_Phase != Phase::Playing) return;
+  if (event.error < 0 || property->format != MPV_FORMAT_DOUBLE) {
+    if (m_StillTicks > SoundIsOverTicks) m_HasAudio = false;  // the pictures go on
+    return;
+  }
   const auto position = std::chrono::duration<double>(*static_cast<const double*>(property->data));
+  if (std::exchange(m_LastAnswer, position.count()) != position.count()) m_StillTicks = 0;
   if (m_Line.Add(m_Asked, m_Clock.Elapsed(), std::chrono::duration_cast<Elapsed>(position))) RaiseChanged();
 }
 

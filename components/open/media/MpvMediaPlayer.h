@@ -24,6 +24,8 @@ struct MpvSettings {
   int32_t MediaOffset = 0;
   /// The library's sound drivers, "pulse,alsa" say; empty for its own choice.
   std::string AudioOutput;
+  /// Milliseconds for which a file may open, or stand still, before it counts as failed.
+  int32_t PatienceMs = 30000;
 };
 
 /// Reads the product subkeys "Output" ("MediaOffset") and "Components" ("AudioOutput").
@@ -95,6 +97,8 @@ class MpvMediaPlayer final : public MediaPlayer {
 
   // The position.
   void AskPosition();
+  void CoreStuck(const std::string& szReason);
+  void LeaveCore();
   void PositionKnown(const mpv_event& event);
   [[nodiscard]] Elapsed Offset() const { return std::chrono::milliseconds(m_Settings.MediaOffset); }
 
@@ -123,6 +127,8 @@ class MpvMediaPlayer final : public MediaPlayer {
 
   PositionLine m_Line;
   Elapsed m_Asked{0};
+  double m_LastAnswer = -1;
+  int32_t m_StillTicks = 0;  // since the position moved; only those in which the program itself was running
   bool m_PositionUnderWay = false;
 };
 

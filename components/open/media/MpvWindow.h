@@ -16,7 +16,8 @@ class MpvCore;
 /// Where there is no display the library shows nothing, which is told once, and the sound plays on.
 ///
 /// What the form asks is kept here and reaches the library at once, but what is shown while a file is being
-/// opened: that waits until all is known of it. Pictures that nobody is to see are not even decoded.
+/// opened: that waits until all is known of it. Pictures that nobody is to see are not even decoded, so a
+/// hidden video ends with its sound.
 class MpvWindow final : public MediaWindow {
  public:
   explicit MpvWindow(MpvCore& core) : m_Core(&core) {}

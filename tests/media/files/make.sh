@@ -9,6 +9,7 @@ tone=(-f lavfi -i sine=frequency=440:sample_rate=16000)
 h264=(-c:v libx264 -pix_fmt yuv420p -preset veryslow -crf 32)
 
 make "${picture[@]}" "${tone[@]}" -t 3 "${h264[@]}" -c:a aac -b:a 16k clip.mp4
+make "${picture[@]}" -f lavfi -t 0.5 -i sine=frequency=440:sample_rate=16000 -t 3 "${h264[@]}" -c:a aac -b:a 16k short-sound.mp4
 make "${picture[@]}" -t 2 "${h264[@]}" -an silent.mp4
 
 # A song that carries a picture of its cover.
