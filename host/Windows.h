@@ -66,6 +66,10 @@ class Windows {
 
   /// Sends a WM_COPYDATA. Never waits for a receiver in another program on hosts where that can be helped.
   virtual SendResult SendCopyData(WindowHandle sender, WindowHandle target, const CopyData& copy) = 0;
+  /// Whether messages of other programs to this window are taken up. Those that are not wait, in order, with
+  /// the machine and with their senders, so a flood costs this program no memory. At first they are; on a
+  /// host that cannot leave them waiting they always are.
+  virtual void TakeMessages(WindowHandle /*hWnd*/, bool /*boolTake*/) {}
   /// True while something sent to that window is kept in this program because the receiver has no room; it
   /// goes out as the loop runs, and a program that ended now would lose it.
   [[nodiscard]] virtual bool Unsent(WindowHandle target) const = 0;

@@ -143,6 +143,7 @@ class frmMonitor final : public StatusReport {
 
   // Messages.
   void m_FormHook_AfterMessage(const WindowMessage& message);
+  void RestFromMessages(Elapsed begin);
   void HandleMessage(const VexMessage& message);
   [[nodiscard]] ShowsInForce InForce() const;
 

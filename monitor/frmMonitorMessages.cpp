@@ -1,11 +1,24 @@
+#include <chrono>
+
 #include "basic/Error.h"
 #include "monitor/frmMonitor.h"
 #include "player/Handlers.h"
 
 // What other programs ask of the player. The window procedure only copies and queues; the queue is drained
 // from a timer, outside the sender's call.
+//
+// A flood must not delay the show. A tick drains the queue, but where that takes its time it stops after a
+// while and rests for half as long; meanwhile, and whenever many messages wait, no more are taken up
+// and the senders wait.
 
 namespace vex {
+
+namespace {
+
+constexpr Elapsed LongestTick = std::chrono::microseconds(500);
+constexpr int32_t MostWaiting = 64;
+
+}  // namespace
 
 void frmMonitor::m_FormHook_AfterMessage(const WindowMessage& message) {
   GuardHandler(*this, "m_FormHook_AfterMessage", [&] {
@@ -13,15 +26,28 @@ void frmMonitor::m_FormHook_AfterMessage(const WindowMessage& message) {
     if (message.uMsg != WM_COPYDATA) return;
     ReceiveVexMessage(message.wParam, message.Copy, m_MsgQueue);
     tmrVexMsgQueue->Enabled(true);
+    if (m_MsgQueue.Count() >= MostWaiting) m_Surroundings.Desktop.TakeMessages(m_hWnd, false);
   });
 }
 
 // A message that fails ends the tick; the timer stays enabled, so the next tick goes on behind it.
 void frmMonitor::tmrVexMsgQueue_Timer() {
-  GuardHandler(*this, "tmrVexMsgQueue_Timer", [this] {
-    while (!m_Unloaded && m_MsgQueue.Count() >= 1) HandleMessage(m_MsgQueue.Dequeue());
+  const Elapsed begin = m_Clock.Elapsed();
+  GuardHandler(*this, "tmrVexMsgQueue_Timer", [&] {
+    while (!m_Unloaded && m_MsgQueue.Count() >= 1) {
+      if (m_Clock.Elapsed() - begin >= LongestTick) return;
+      HandleMessage(m_MsgQueue.Dequeue());
+    }
+    if (!m_Unloaded) m_Surroundings.Desktop.TakeMessages(m_hWnd, true);
     tmrVexMsgQueue->Enabled(false);
   });
+  if (m_MsgQueue.Count() >= 1) RestFromMessages(begin);
+}
+
+void frmMonitor::RestFromMessages(Elapsed begin) {
+  const Elapsed now = m_Clock.Elapsed();
+  m_Surroundings.Desktop.TakeMessages(m_hWnd, false);
+  if (now > begin) tmrVexMsgQueue->QuietUntil(now + (now - begin) / 2);
 }
 
 void frmMonitor::HandleMessage(const VexMessage& message) {

@@ -7,10 +7,12 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 
 #include "host/CodePage.h"
 #include "host/EventLoop.h"
 #include "host/linux/Descriptor.h"
+#include "host/linux/LinuxClock.h"
 #include "host/linux/LinuxHostLookUp.h"
 #include "host/linux/SystemError.h"
 
@@ -21,6 +23,8 @@ constexpr char Source[] = "Datagrams.NewSender";
 constexpr int WantedSendBuffer = 1 << 20;
 constexpr size_t BatchSize = 64;
 constexpr int DatagramsATurn = 16;
+constexpr size_t BytesATurn = 16384;
+constexpr int64_t LongestRestMs = 100;
 
 class LinuxDatagramSocket : public DatagramSocket {
  public:
@@ -78,28 +82,62 @@ class LinuxDatagramSocket : public DatagramSocket {
 class LinuxDatagramReceiver : public DatagramReceiver {
  public:
   LinuxDatagramReceiver(Descriptor socket, EventLoop& loop, DatagramHandler handler)
-      : m_Socket(std::move(socket)), m_Handler(std::move(handler)) {
-    m_Watch = loop.WatchReadable(m_Socket.Get(), [this] { Take(); });
+      : m_Loop(loop),
+        m_Socket(std::move(socket)),
+        m_Handler(std::move(handler)),
+        m_Rest(loop.NewTimer(TimerOrder::Component)) {
+    m_Rest->Tick([this] { WatchAgain(); });
+    StartWatch();
   }
 
  private:
-  /// A flood leaves the loop its turns; what still waits is reported again. The handler may let the receiver
-  /// go, so it is not looked at afterwards.
+  void StartWatch() {
+    m_Watch = m_Loop.WatchReadable(m_Socket.Get(), [this] { Take(); });
+  }
+
+  /// The handler may let the receiver go, so it is not looked at afterwards.
   void Take() {
     const std::weak_ptr<bool> here = m_Here;
-    for (int taken = 0; taken < DatagramsATurn && !here.expired(); ++taken) {
+    const Elapsed begin = m_Clock.Elapsed();
+    if (TakeSome(here) || here.expired()) return;
+    // A flood: the thread goes to others for as long as it was here.
+    m_Watch.reset();
+    const auto worked = std::chrono::ceil<std::chrono::milliseconds>(m_Clock.Elapsed() - begin);
+    m_Rest->Interval(static_cast<int32_t>(std::clamp<int64_t>(worked.count(), 1, LongestRestMs)));
+    m_Rest->Enabled(true);
+  }
+
+  /// Where the machine refuses for now, the next tick tries again.
+  void WatchAgain() {
+    try {
+      StartWatch();
+    } catch (const Error&) {
+      return;
+    }
+    m_Rest->Enabled(false);
+  }
+
+  /// True once nothing waits any more.
+  bool TakeSome(const std::weak_ptr<bool>& here) {
+    size_t bytes = 0;
+    for (int taken = 0; taken < DatagramsATurn && bytes < BytesATurn && !here.expired(); ++taken) {
       sockaddr_in from{};
       socklen_t length = sizeof from;
       const ssize_t size = recvfrom(m_Socket.Get(), m_Bytes.data(), m_Bytes.size(), MSG_DONTWAIT,
                                     reinterpret_cast<sockaddr*>(&from), &length);
-      if (size < 0) return;
+      if (size < 0) return true;
+      bytes += static_cast<size_t>(size);
       m_Handler({ntohl(from.sin_addr.s_addr), ntohs(from.sin_port)},
                 std::span(m_Bytes).first(static_cast<size_t>(size)));
     }
+    return false;
   }
 
+  EventLoop& m_Loop;
+  LinuxClock m_Clock;
   Descriptor m_Socket;
   DatagramHandler m_Handler;
+  std::unique_ptr<Timer> m_Rest;
   std::array<uint8_t, 65536> m_Bytes{};
   std::shared_ptr<bool> m_Here = std::make_shared<bool>(true);
   std::unique_ptr<Watch> m_Watch;

@@ -93,8 +93,8 @@ WindowHandle LinuxWindows::NewWindow() {
   for (int tried = 0; tried < MostHandlesTried; ++tried) {
     const WindowHandle hWnd = m_NextHandle();
     if (hWnd <= 0 || !Bind(window.Socket, hWnd)) continue;
-    window.Incoming = m_Loop.WatchReadable(window.Socket.Get(), [this, hWnd] { Receive(hWnd); });
     m_Windows.emplace(hWnd, std::move(window));
+    TakeMessages(hWnd, true);
     return hWnd;
   }
   throw SystemError("Windows.NewWindow", m_Folder.Path(), EADDRINUSE);
@@ -165,18 +165,27 @@ intptr_t LinuxWindows::CallProcedure(const WindowProcedureReference& procedure,
   return held && *held ? (*held)(message) : 0;
 }
 
+void LinuxWindows::TakeMessages(WindowHandle hWnd, bool boolTake) {
+  const auto found = m_Windows.find(hWnd);
+  if (found == m_Windows.end() || boolTake == (found->second.Incoming != nullptr)) return;
+  auto& [socket, procedure, incoming] = found->second;
+  incoming = boolTake ? m_Loop.WatchReadable(socket.Get(), [this, hWnd] { Receive(hWnd); }) : nullptr;
+}
+
 void LinuxWindows::Receive(WindowHandle hWnd) {
   if (m_TurnOfBudget != m_Loop.Turns()) {
     m_TurnOfBudget = m_Loop.Turns();
     m_TakenThisTurn = 0;
+    m_BytesThisTurn = 0;
   }
-  while (m_TakenThisTurn < MostPerTurn && ReceiveOne(hWnd)) ++m_TakenThisTurn;
+  while (m_TakenThisTurn < MostPerTurn && m_BytesThisTurn < MostBytesPerTurn && ReceiveOne(hWnd))
+    ++m_TakenThisTurn;
 }
 
-/// Takes one datagram; false when none waits or the window is gone.
+/// Takes one datagram; false when none waits or the window is gone or takes none.
 bool LinuxWindows::ReceiveOne(WindowHandle hWnd) {
   const auto found = m_Windows.find(hWnd);
-  if (found == m_Windows.end()) return false;
+  if (found == m_Windows.end() || !found->second.Incoming) return false;
   const int socket = found->second.Socket.Get();
   const ssize_t waiting = recv(socket, nullptr, 0, MSG_PEEK | MSG_TRUNC | MSG_DONTWAIT);
   if (waiting < 0) return false;
@@ -185,6 +194,7 @@ bool LinuxWindows::ReceiveOne(WindowHandle hWnd) {
   datagram.resize(static_cast<size_t>(waiting));
   const ssize_t size = recv(socket, datagram.data(), datagram.size(), MSG_DONTWAIT);
   if (size < 0) return false;
+  m_BytesThisTurn += static_cast<size_t>(size);
   ReceivedCopyData received;
   if (DecodeCopyData(std::span(datagram).first(static_cast<size_t>(size)), received)) Deliver(hWnd, received);
   m_Buffer = std::move(datagram);
@@ -227,6 +237,7 @@ SendResult LinuxWindows::SendCopyData(WindowHandle sender, WindowHandle target, 
 
 SendResult LinuxWindows::Keep(WindowHandle sender, WindowHandle target, const CopyData& copy,
                               Descriptor socket) {
+  if (m_Receivers.size() >= MostReceivers) return SendResult::Gone;
   Receiver receiver;
   receiver.Socket = std::move(socket);
   if (!receiver.Messages.Add(sender, copy)) return SendResult::TooLong;

@@ -18,14 +18,19 @@ namespace vex {
 /// The message channel over Unix datagram sockets. A window is a bound socket of the runtime folder, named by
 /// its handle, and a procedure; it exists when its socket accepts, so the window of a program that was killed
 /// is gone without anybody cleaning up. A message is one datagram. Nobody waits for a receiver: what its
-/// socket has no room for is kept here in order and goes out when the kernel tells of room.
+/// socket has no room for is kept here in order and goes out when the kernel tells of room. That is for a
+/// few receivers; one more without room counts as gone.
 ///
 /// The main window's handle stands in the file `player` from the moment on at which both the window is there
 /// and this program is the running player.
 class LinuxWindows : public Windows {
  public:
-  /// Datagrams taken in one turn of the loop: a sender that never stops does not stop the show.
+  /// Datagrams taken in one turn of the loop, and no more once they have so many bytes: a sender that never
+  /// stops, and one with long messages, does not stop the show.
   static constexpr int MostPerTurn = 16;
+  static constexpr size_t MostBytesPerTurn = 1 << 18;
+  /// Receivers without room for which messages are kept: each takes a descriptor.
+  static constexpr size_t MostReceivers = 32;
 
   LinuxWindows(LinuxEventLoop& loop, RuntimeFolder folder);
   ~LinuxWindows() override;
@@ -37,6 +42,7 @@ class LinuxWindows : public Windows {
   intptr_t CallProcedure(const WindowProcedureReference& procedure, const WindowMessage& message) override;
   [[nodiscard]] bool Exists(WindowHandle hWnd) const override;
   SendResult SendCopyData(WindowHandle sender, WindowHandle target, const CopyData& copy) override;
+  void TakeMessages(WindowHandle hWnd, bool boolTake) override;
   [[nodiscard]] bool Unsent(WindowHandle target) const override { return m_Receivers.contains(target); }
 
   /// This program is the running player: from now on others find its main window.
@@ -48,7 +54,7 @@ class LinuxWindows : public Windows {
   struct Window {
     Descriptor Socket;
     WindowProcedureReference Procedure;
-    std::unique_ptr<Watch> Incoming;
+    std::unique_ptr<Watch> Incoming;  // none while messages are not taken up
   };
   /// A receiver without room: a socket connected to it, for the kernel tells of room only by such a one.
   struct Receiver {
@@ -79,6 +85,7 @@ class LinuxWindows : public Windows {
   std::vector<uint8_t> m_Buffer;
   uint64_t m_TurnOfBudget = 0;
   int m_TakenThisTurn = 0;
+  size_t m_BytesThisTurn = 0;
 };
 
 }  // namespace vex

@@ -49,6 +49,44 @@ TEST_F(LinuxDatagramsTest, WhatComesIsHandedOverInOrderAndWhole) {
   EXPECT_EQ(Received, sent);
 }
 
+TEST_F(LinuxDatagramsTest, AFloodIsTakenInPartsInOrder) {
+  const auto receiver = Receive(Port);
+  std::vector<std::string> sent;
+  for (int i = 0; i < 100; ++i) {
+    sent.push_back(std::to_string(i));
+    Send(sent.back());
+  }
+  Loop.Pump();
+  EXPECT_EQ(Received.size(), 16U);
+  Loop.Pump();
+  EXPECT_LE(Received.size(), 32U);
+  sent.emplace_back("end");
+  Send("end");
+  Loop.Run();
+  EXPECT_EQ(Received, sent);
+}
+
+TEST_F(LinuxDatagramsTest, ALongDatagramEndsATurn) {
+  const auto receiver = Receive(Port);
+  for (int i = 0; i < 3; ++i) Send(std::string(40000, 'x'));
+  Loop.Pump();
+  EXPECT_EQ(Received.size(), 1U);
+  Send("end");
+  Loop.Run();
+  EXPECT_EQ(Received.size(), 4U);
+}
+
+TEST_F(LinuxDatagramsTest, AReceiverThatRestsMayGo) {
+  auto receiver = Receive(Port);
+  for (int i = 0; i < 40; ++i) Send("x");
+  Loop.Pump();
+  receiver.reset();
+  receiver = Receive(Port);
+  Send("end");
+  Loop.Run();
+  EXPECT_EQ(Received.size(), 17U);
+}
+
 TEST_F(LinuxDatagramsTest, APortThatIsTakenRaisesTheSystemsCode) {
   const auto receiver = Receive(Port);
   try {
