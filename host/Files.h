@@ -16,6 +16,15 @@ class OpenFile {
   virtual bool ReadAt(uint64_t offset, std::span<uint8_t> bytes) = 0;
 };
 
+/// Held while a file is read, changed and written; let go when destroyed, or when the program ends.
+class FileLock {
+ public:
+  FileLock() = default;
+  virtual ~FileLock() = default;
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+};
+
 /// The file system as the system sees it. Paths are written the Windows way in single-byte text, as in
 /// "D:\shows\eve.shw"; the host turns them into its own at the moment a file is opened. No call raises.
 class Files {
@@ -32,6 +41,11 @@ class Files {
   /// The same without the flush, for what other programs look at while this one runs and nobody needs after
   /// a power cut: it never waits for the disk.
   virtual bool Publish(const std::string& szPath, const std::string& szText) { return Write(szPath, szText); }
+  /// For those who change a file that others may change at the same time: waits until no other holder of the
+  /// lock is left. The file need not exist and is left alone; readers never wait. All files of one folder
+  /// share a lock. Empty when there can be none, and then szReason, where given, says why.
+  [[nodiscard]] virtual std::unique_ptr<FileLock> Lock(const std::string& szPath,
+                                                       std::string* szReason = nullptr) = 0;
   /// Empty when it cannot be opened.
   [[nodiscard]] virtual std::unique_ptr<OpenFile> Open(const std::string& szPath) = 0;
 

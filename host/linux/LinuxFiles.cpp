@@ -43,6 +43,14 @@ class LinuxOpenFile : public OpenFile {
   uint64_t m_Size;
 };
 
+class LinuxFileLock : public FileLock {
+ public:
+  explicit LinuxFileLock(Descriptor folder) : m_Folder(std::move(folder)) {}
+
+ private:
+  Descriptor m_Folder;
+};
+
 bool IsLetter(char character) {
   return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
 }
@@ -132,6 +140,15 @@ bool LinuxFiles::Publish(const std::string& szPath, const std::string& szText) {
   std::string szHostPath;
   if (!AsWritten(szPath, szHostPath)) return false;
   return WriteWholeFile(FindWithoutCase(szHostPath), szText, NewFileMode, Flush::No) == 0;
+}
+
+std::unique_ptr<FileLock> LinuxFiles::Lock(const std::string& szPath, std::string* szReason) {
+  std::string szHostPath;
+  Descriptor folder;
+  int code = ENOENT;
+  if (AsWritten(szPath, szHostPath)) code = LockFolderOf(FindWithoutCase(szHostPath), folder);
+  if (!Succeeded(code, szReason)) return nullptr;
+  return std::make_unique<LinuxFileLock>(std::move(folder));
 }
 
 std::unique_ptr<OpenFile> LinuxFiles::Open(const std::string& szPath) {

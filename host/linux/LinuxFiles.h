@@ -21,6 +21,7 @@ class LinuxFiles : public Files {
   bool Read(const std::string& szPath, std::string& szContents, std::string* szReason) override;
   bool Write(const std::string& szPath, const std::string& szText, std::string* szReason) override;
   bool Publish(const std::string& szPath, const std::string& szText) override;
+  [[nodiscard]] std::unique_ptr<FileLock> Lock(const std::string& szPath, std::string* szReason) override;
   [[nodiscard]] std::unique_ptr<OpenFile> Open(const std::string& szPath) override;
 
   [[nodiscard]] bool Exists(const std::string& szPath) override;

@@ -1,15 +1,15 @@
 #include "host/linux/WholeFile.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
-
-#include "host/linux/Descriptor.h"
+#include <climits>
+#include <utility>
 
 namespace vex {
 namespace {
@@ -57,21 +57,25 @@ int WriteAll(int fd, std::string_view szText) {
   return 0;
 }
 
-/// Where a link leads; the path itself where it is none or leads nowhere.
-std::string BehindLink(const std::string& szPath) {
-  struct stat state {};
-  if (lstat(szPath.c_str(), &state) != 0 || !S_ISLNK(state.st_mode)) return szPath;
-  char* const szTarget = realpath(szPath.c_str(), nullptr);
-  if (szTarget == nullptr) return szPath;
-  std::string szResult = szTarget;
-  std::free(szTarget);
-  return szResult;
-}
-
 std::string FolderOf(const std::string& szPath) {
   const size_t slash = szPath.rfind('/');
-  if (slash == std::string::npos) return ".";
+  if (slash == std::string::npos) return "./";
   return szPath.substr(0, slash + 1);
+}
+
+/// Where a link leads, also where nothing is there yet; the path itself where it is no link, or leads in a
+/// circle.
+std::string BehindLink(const std::string& szPath) {
+  constexpr int mostLinks = 40;
+  std::string szTarget = szPath;
+  for (int links = 0; links < mostLinks; ++links) {
+    std::array<char, PATH_MAX> link{};
+    const ssize_t size = readlink(szTarget.c_str(), link.data(), link.size());
+    if (size <= 0) return szTarget;
+    const std::string_view szNext(link.data(), static_cast<size_t>(size));
+    szTarget = szNext.starts_with('/') ? std::string(szNext) : FolderOf(szTarget).append(szNext);
+  }
+  return szPath;
 }
 
 /// A file beside szPath that did not exist before; its name tells what it was if it is ever left over.
@@ -142,6 +146,17 @@ int WriteWholeFile(const std::string& szHostPath, std::string_view szText, mode_
     return device.Open() ? WriteAll(device.Get(), szText) : errno;
   }
   return Replace(BehindLink(szHostPath), szText, mode, flush, boolExists ? &old : nullptr);
+}
+
+int LockFolderOf(const std::string& szHostPath, Descriptor& lock) {
+  const std::string szFolder = FolderOf(BehindLink(szHostPath));
+  Descriptor folder(open(szFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!folder.Open()) return errno;
+  while (flock(folder.Get(), LOCK_EX) != 0) {
+    if (errno != EINTR) return errno;
+  }
+  lock = std::move(folder);
+  return 0;
 }
 
 }  // namespace vex

@@ -9,9 +9,6 @@
 namespace vex {
 namespace {
 
-constexpr const char* WeekFilename = "weeksched.qsc";
-constexpr const char* YearFilename = "yearsched.qsc";
-
 /// The file given, which must be readable, or the one in the user data folder.
 std::string FileToRead(Files& files, const std::string& szGiven, const std::string& szUserDataFile) {
   if (szGiven.empty()) return szUserDataFile;
@@ -34,13 +31,16 @@ auto Understood(const std::string& szPath, Load load) {
 
 }  // namespace
 
+std::string UserDataFolder(CommandContext& context) {
+  Host& host = context.Machine;
+  return Installation(host.Registry(), host.Files(), host.Processes(), host.MessageBoxes()).UserDataPath();
+}
+
 BothSchedules ReadSchedules(CommandContext& context, const std::string& szWeekFile,
                             const std::string& szYearFile) {
-  Host& host = context.Machine;
-  Files& files = host.Files();
-  Installation installation(host.Registry(), files, host.Processes(), host.MessageBoxes());
+  Files& files = context.Machine.Files();
   BothSchedules schedules;
-  schedules.UserDataPath = installation.UserDataPath();
+  schedules.UserDataPath = UserDataFolder(context);
   const std::string szWeek = FileToRead(files, szWeekFile, schedules.UserDataPath + WeekFilename);
   const std::string szYear = FileToRead(files, szYearFile, schedules.UserDataPath + YearFilename);
   schedules.Weekly = Understood(szWeek, [&] { return LoadSchedule(files, szWeek); });

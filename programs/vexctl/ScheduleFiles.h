@@ -9,6 +9,13 @@
 
 namespace vex {
 
+/// The names of the schedule files in the user data folder.
+inline constexpr const char* WeekFilename = "weeksched.qsc";
+inline constexpr const char* YearFilename = "yearsched.qsc";
+
+/// The user data folder with its trailing "\", as the settings name it; empty where they name none.
+[[nodiscard]] std::string UserDataFolder(CommandContext& context);
+
 /// Both schedules as the player would load them.
 struct BothSchedules {
   std::shared_ptr<Schedule> Weekly;

@@ -10,9 +10,9 @@
 #include "host/Files.h"
 #include "programs/vexctl/ScheduleCommands.h"
 #include "programs/vexctl/ScheduleFiles.h"
+#include "programs/vexctl/ShowTroubles.h"
 #include "settings/LibFile.h"
 #include "time/TimeRange.h"
-#include "tools/timeline/ShowContents.h"
 #include "tools/timeline/Timeline.h"
 #include "tools/timeline/TimelinePicture.h"
 #include "tools/timeline/TimelineWarnings.h"
@@ -77,12 +77,12 @@ void Warn(CommandContext& context, const BothSchedules& schedules, const std::ve
   for (const std::string& szLine :
        TimelineWarnings(*schedules.Weekly, *schedules.Year, rows.front().From, rows.back().To))
     warn(szLine);
-  const ShowContents contents(context.Machine.Files(), context.Machine.Registry(), schedules.UserDataPath);
+  const ShowTroubles troubles(context, SongLook::Plays);
   std::set<std::string> seen;
   for (const TimelineRow& row : rows) {
     const std::string& szShow = row.Event->Filename();
     if (szShow.empty() || !seen.insert(szShow).second) continue;
-    for (const std::string& szLine : contents.Troubles(szShow)) warn(szLine);
+    for (const std::string& szLine : troubles.Of(szShow)) warn(szLine);
   }
 }
 

@@ -1,10 +1,13 @@
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
+#include <memory>
+#include <sstream>
 #include <string>
 
 #include "basic/Error.h"
 #include "host/Host.h"
+#include "programs/vexctl/AuthoringCommands.h"
 #include "programs/vexctl/Command.h"
 #include "programs/vexctl/ControlCommands.h"
 #include "programs/vexctl/ScheduleCommands.h"
@@ -13,8 +16,16 @@
 namespace {
 
 constexpr const char* Description =
-    "Control a running VexMonitor, the unattended show player.\n\n"
-    "Examples:\n"
+    "Plan shows for VexMonitor, the unattended show player, and control a running one.\n\n"
+    "Plan:\n"
+    "  vexctl show import eve.json eve.shw\n"
+    "  vexctl week add \"Fri 17:30\" \"Fri 22:00\" eve.shw\n"
+    "  vexctl year add \"2026-12-24 16:00\" \"2026-12-24 23:00\" eve.shw\n"
+    "  vexctl check *.shw         whether shows and schedules are sound\n"
+    "  vexctl timeline --from \"2026-12-01 00:00\" --to \"2026-12-31 00:00\"\n"
+    "  vexctl why                 what is in force now, and why nothing else is\n"
+    "  vexctl rehearse --from \"2026-12-24 17:00\" --until \"2026-12-25 00:00\"\n\n"
+    "Control:\n"
     "  vexctl status              what plays and what is next\n"
     "  vexctl --json status       the same for a script\n"
     "  vexctl watch               status lines as they come; Ctrl-C ends it\n"
@@ -22,13 +33,23 @@ constexpr const char* Description =
     "  vexctl clear               end the show on demand\n"
     "  vexctl trigger 0 1 3       press an input\n"
     "  vexctl reload              after a schedule file has been changed\n"
-    "  vexctl shutdown            end after the show's shutdown sequences\n"
-    "  vexctl why                 what is in force now, and why nothing else is\n"
-    "  vexctl rehearse --from \"2026-12-24 17:00\" --until \"2026-12-25 00:00\"\n"
-    "  vexctl timeline --from \"2026-12-01 00:00\" --to \"2026-12-31 00:00\"\n\n"
+    "  vexctl shutdown            end after the show's shutdown sequences\n\n"
+    "vexctl COMMAND --help teaches each of them.\n"
     "The player is found in VEX_RUNTIME_DIR (default $XDG_RUNTIME_DIR/vexmonitor, else "
     "/tmp/vexmonitor-UID).\n"
     "Exit status: 0 done, 1 cannot be done, 2 wrong usage.";
+
+/// The overview has a line for each command; the rest of what there is to say stands in its own help.
+class Overview : public CLI::Formatter {
+ public:
+  std::string make_subcommand(const CLI::App* command) const override {
+    const std::string szDescription = command->get_description();
+    std::stringstream lines;
+    CLI::detail::format_help(lines, command->get_display_name(true),
+                             szDescription.substr(0, szDescription.find('\n')), column_width_);
+    return lines.str();
+  }
+};
 
 int Run(int argc, char** argv) {
   const auto host = vex::NativeHost();
@@ -39,6 +60,7 @@ int Run(int argc, char** argv) {
   CLI::App app(Description, "vexctl");
   app.add_flag("--json", context.Json, "answer in JSON; stands before the command");
   app.require_subcommand(1);
+  app.formatter(std::make_shared<Overview>());
   app.failure_message([](const CLI::App*, const CLI::Error& error) {
     return std::string("vexctl: ") + error.what() + "; see vexctl --help\n";
   });
@@ -47,6 +69,10 @@ int Run(int argc, char** argv) {
   vex::AddControlCommands(app, context);
   vex::AddDemandCommands(app, context);
   vex::AddTriggerCommand(app, context);
+  vex::AddCheckCommand(app, context);
+  vex::AddWeekCommand(app, context);
+  vex::AddYearCommand(app, context);
+  vex::AddShowCommand(app, context);
   vex::AddTimelineCommand(app, context);
   vex::AddWhyCommand(app, context);
   vex::AddRehearseCommand(app, context);

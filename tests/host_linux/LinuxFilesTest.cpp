@@ -1,9 +1,11 @@
 #include "host/linux/LinuxFiles.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 
+#include "host/linux/Descriptor.h"
 #include "tests/host_linux/OtherProgram.h"
 
 namespace vex::test {
@@ -237,6 +239,22 @@ TEST_F(LinuxFilesTest, LinkStaysALink) {
   EXPECT_EQ(ReadHostFile(m_Folder / "real/eve.shw"), "new");
 }
 
+TEST_F(LinuxFilesTest, LinkThatLeadsNowhereYetStaysALink) {
+  std::filesystem::create_directory(m_Folder / "real");
+  std::filesystem::create_symlink("real/second", m_Folder / "eve.shw");
+  std::filesystem::create_symlink("eve.shw", m_Folder / "real/second");
+  EXPECT_TRUE(m_Files.Write(System("eve.shw"), "new", nullptr));
+  EXPECT_TRUE(std::filesystem::is_symlink(m_Folder / "eve.shw"));
+  EXPECT_TRUE(std::filesystem::is_symlink(m_Folder / "real/second"));
+  EXPECT_EQ(ReadHostFile(m_Folder / "real/eve.shw"), "new");
+}
+
+TEST_F(LinuxFilesTest, LinkInACircleIsReplaced) {
+  std::filesystem::create_symlink("eve.shw", m_Folder / "eve.shw");
+  EXPECT_TRUE(m_Files.Write(System("eve.shw"), "new", nullptr));
+  EXPECT_EQ(ReadHostFile(m_Folder / "eve.shw"), "new");
+}
+
 TEST_F(LinuxFilesTest, DeviceIsWrittenStraight) {
   EXPECT_TRUE(m_Files.Write("Z:\\dev\\null", "x", nullptr));
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
@@ -300,6 +318,51 @@ TEST_F(LinuxFilesTest, FolderThatMayNotBeWrittenLeavesTheOldFile) {
   EXPECT_EQ(WriteElsewhere(m_Files, System("locked\\eve.shw"), "new", somebodyElse), "Permission denied");
   EXPECT_EQ(ReadHostFile(m_Folder / "locked/eve.shw"), "old");
   chmod((m_Folder / "locked").c_str(), 0755);
+}
+
+// Locks.
+
+TEST_F(LinuxFilesTest, AnotherProgramWaitsForTheLock) {
+  const std::string szPath = System("weeksched.qsc");
+  auto lock = m_Files.Lock(szPath, nullptr);
+  ASSERT_NE(lock, nullptr);
+  ASSERT_TRUE(m_Files.Write(szPath, "first", nullptr));
+  OtherProgram other([&](const OtherProgram::Tell& tell) {
+    lock.reset();  // a fork shares the lock; what it asks for now is its own
+    LinuxFiles files;
+    tell("asks");
+    const auto own = files.Lock(szPath, nullptr);
+    std::string szContents;
+    (void)files.Read(szPath, szContents, nullptr);
+    tell(szContents);
+  });
+  EXPECT_EQ(other.Line(), "asks");
+  // Had it not waited, it would have read what stands there until the line below.
+  usleep(50000);
+  ASSERT_TRUE(m_Files.Write(szPath, "second", nullptr));
+  lock.reset();
+  EXPECT_EQ(other.Line(), "second");
+}
+
+TEST_F(LinuxFilesTest, ALockNeedsTheFolderAndNoFile) {
+  EXPECT_NE(m_Files.Lock(System("none.qsc"), nullptr), nullptr);
+  EXPECT_EQ(FilesInFolder(), 0u);
+  std::string szReason;
+  EXPECT_EQ(m_Files.Lock(System("gone\\none.qsc"), &szReason), nullptr);
+  EXPECT_EQ(szReason, "File not found");
+  EXPECT_EQ(m_Files.Lock("Q:\\none.qsc", &szReason), nullptr);
+}
+
+TEST_F(LinuxFilesTest, ALockBehindALinkIsThatOfTheFilesOwnFolder) {
+  std::filesystem::create_directories(m_Folder / "real");
+  WriteHostFile(m_Folder / "real/w.qsc", "()");
+  std::filesystem::create_symlink(m_Folder / "real/w.qsc", m_Folder / "w.qsc");
+  const auto lock = m_Files.Lock(System("w.qsc"), nullptr);
+  ASSERT_NE(lock, nullptr);
+  const Descriptor folder(open((m_Folder / "real").c_str(), O_RDONLY | O_DIRECTORY));
+  EXPECT_NE(flock(folder.Get(), LOCK_EX | LOCK_NB), 0);
+  const Descriptor linksFolder(open(m_Folder.Path().c_str(), O_RDONLY | O_DIRECTORY));
+  EXPECT_EQ(flock(linksFolder.Get(), LOCK_EX | LOCK_NB), 0);
 }
 
 }  // namespace

@@ -148,6 +148,7 @@ TEST_F(InstallationTest, WhereAShellTakesTheCommandItIsQuotedForTheShell) {
     explicit UnixFiles(std::string szHostPath) : m_HostPath(std::move(szHostPath)) {}
     bool Read(const std::string&, std::string&, std::string*) override { return false; }
     bool Write(const std::string&, const std::string&, std::string*) override { return false; }
+    std::unique_ptr<FileLock> Lock(const std::string&, std::string*) override { return nullptr; }
     std::unique_ptr<OpenFile> Open(const std::string&) override { return nullptr; }
     bool Exists(const std::string&) override { return true; }
     bool MakeFolder(const std::string&) override { return false; }

@@ -30,6 +30,11 @@ class FaultyFiles final : public Files {
   bool Publish(const std::string& szPath, const std::string& szText) override {
     return !m_Plan.Strikes("Publish", szPath) && m_Files.Publish(szPath, szText);
   }
+  std::unique_ptr<FileLock> Lock(const std::string& szPath, std::string* szReason) override {
+    if (!m_Plan.Strikes("Lock", szPath)) return m_Files.Lock(szPath, szReason);
+    if (szReason != nullptr) *szReason = "No locks available";
+    return nullptr;
+  }
   std::unique_ptr<OpenFile> Open(const std::string& szPath) override {
     if (m_Plan.Strikes("Open", szPath)) return nullptr;
     auto file = m_Files.Open(szPath);
@@ -203,6 +208,13 @@ class FaultyDatagrams final : public Datagrams {
                                                 DatagramHandler handler) override {
     m_Plan.Check("NewReceiver");
     return m_Datagrams.NewReceiver(loop, at, std::move(handler));
+  }
+  /// A name that is not known is answered as such: looking up raises nothing.
+  std::unique_ptr<HostLookUp> LookUp(EventLoop& loop, const std::string& szHost,
+                                     HostLookUpHandler handler) override {
+    if (!m_Plan.Strikes("LookUp", szHost)) return m_Datagrams.LookUp(loop, szHost, std::move(handler));
+    return m_Datagrams.LookUp(
+        loop, szHost, [handler = std::move(handler)](std::optional<uint32_t>) { handler(std::nullopt); });
   }
   bool Resolve(const std::string& szHost, uint32_t& address) override {
     return !m_Plan.Strikes("Resolve", {}) && m_Datagrams.Resolve(szHost, address);

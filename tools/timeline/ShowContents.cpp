@@ -52,6 +52,10 @@ class SequenceNames {
 ShowContents::ShowContents(Files& files, Registry& registry, std::string szUserDataPath)
     : m_Files(files), m_Registry(registry), m_UserDataPath(std::move(szUserDataPath)) {}
 
+void ShowContents::LookIntoSongs(std::function<std::string(const std::string&)> songTrouble) {
+  m_SongTrouble = std::move(songTrouble);
+}
+
 std::vector<std::string> ShowContents::Troubles(const std::string& szShow) const {
   const std::string szName = "show \"" + szShow + "\"";
   std::string szText;
@@ -81,14 +85,18 @@ std::string ShowContents::SequenceTrouble(const std::string& szSequence) const {
           return FullSequencePath(m_Registry, szName, boolIsAudio);
         },
         szSequence);
-    if (sequence.Media.empty()) return {};
-    const std::string szPath = FullSequencePath(m_Registry, sequence.Media, true);
-    if (FileExists(m_Files, szPath)) return {};
-    return "song \"" + sequence.Media + "\" of sequence \"" + szSequence + "\" does not exist at \"" +
-           szPath + "\"";
+    return sequence.Media.empty() ? std::string() : SongTrouble(sequence.Media, szSequence);
   } catch (const Error& error) {
     return error.Description;
   }
+}
+
+std::string ShowContents::SongTrouble(const std::string& szSong, const std::string& szSequence) const {
+  const std::string szName = "song \"" + szSong + "\" of sequence \"" + szSequence + "\"";
+  const std::string szPath = FullSequencePath(m_Registry, szSong, true);
+  if (!FileExists(m_Files, szPath)) return szName + " does not exist at \"" + szPath + "\"";
+  const std::string szWhy = m_SongTrouble ? m_SongTrouble(szPath) : std::string();
+  return szWhy.empty() ? "" : szName + " cannot be played: " + szWhy + " (\"" + szPath + "\")";
 }
 
 }  // namespace vex
