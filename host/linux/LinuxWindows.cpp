@@ -246,10 +246,12 @@ SendResult LinuxWindows::Keep(WindowHandle sender, WindowHandle target, const Co
   return SendResult::Sent;
 }
 
-/// There is room, or the receiver has died and what was kept for it is dropped.
+/// There is room, or the receiver has died and what was kept for it is dropped. A receiver that reads as fast
+/// as this sends leaves the turn to others as well.
 void LinuxWindows::SendKept(WindowHandle target) {
   auto& [socket, messages, room] = m_Receivers.at(target);
-  while (!messages.Empty()) {
+  for (int sent = 0; !messages.Empty(); ++sent) {
+    if (sent == MostPerTurn) return;
     const bool boolSent = Send(socket.Get(), messages.FirstDatagram()) >= 0;
     if (!boolSent && NoRoom(errno)) return;
     if (!boolSent && errno != EMSGSIZE) break;

@@ -26,7 +26,7 @@ namespace vex {
 class LinuxWindows : public Windows {
  public:
   /// Datagrams taken in one turn of the loop, and no more once they have so many bytes: a sender that never
-  /// stops, and one with long messages, does not stop the show.
+  /// stops, and one with long messages, does not stop the show. Nor are more of those kept sent in one.
   static constexpr int MostPerTurn = 16;
   static constexpr size_t MostBytesPerTurn = 1 << 18;
   /// Receivers without room for which messages are kept: each takes a descriptor.

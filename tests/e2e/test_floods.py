@@ -9,7 +9,7 @@ import threading
 import time
 
 import flooder
-from stage import DEMAND, Stage, wait_until
+from stage import CURRENT, DEMAND, Stage, wait_until
 from test_inputs import free_port, group, osc, press
 from test_lights import Packets
 
@@ -104,6 +104,36 @@ class Floods(Stage):
         self.assertEqual(refused.returncode, 1)
         self.assertIn("has not taken the message", refused.stderr)
         self.assertTrue(wait_until(lambda: len(self.packets.received) > packets + 10, 10))
+
+    def private_memory(self):
+        """Kilobytes that the player alone holds."""
+        rollup = pathlib.Path(f"/proc/{self.player.pid}/smaps_rollup").read_text()
+        return sum(int(line.split()[1]) for line in rollup.splitlines() if line.startswith("Private_Dirty"))
+
+    def test_lines_without_end_for_a_tray_that_has_stopped_cost_little_memory_and_the_newest_are_kept(self):
+        tray = self.begin()
+        before, packets = self.before(tray)["one"], len(self.packets.received)
+        deaf = self.tray(listen=False)
+        self.assertTrue(wait_until(lambda: tray.of(CURRENT), 5))
+        memory = self.private_memory()
+        process = self.flood(deaf, "one", 30_000, share=1.0)
+        lines = json.loads(process.communicate(timeout=120)[0])["lines"]
+        grown = self.private_memory() - memory
+        self.assertLess(grown, 8 << 10, "kilobytes for lines that nobody reads")
+        deaf.listen()
+        wait_until(lambda: self.caused(deaf, "one")[-1:] == lines[-1:] and len(self.caused(deaf, "one")) > 500, 20)
+        time.sleep(0.5)
+        kept = self.caused(deaf, "one")
+        newest = 0
+        while newest < len(kept) and kept[-1 - newest] == lines[-1 - newest]:
+            newest += 1
+        in_kernel = 20
+        self.assertGreater(newest, 500)
+        self.assertLessEqual(len(kept) - newest, in_kernel)
+        self.assertLess(sum(len(line) for line in kept[-newest:]), 60000)
+        self.assertEqual(before, self.before(tray)["one"], "the former tray gets nothing more")
+        self.assertIsNone(self.player.poll())
+        self.assertGreater(len(self.packets.received), packets + 10)
 
     def test_triggers_without_end_leave_the_show_its_lights_and_a_press_is_heard_afterwards(self):
         tray = self.begin()
