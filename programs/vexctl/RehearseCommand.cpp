@@ -1,5 +1,6 @@
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -26,14 +27,15 @@ struct RehearseOptions {
   std::string Inputs;
   std::vector<std::string> Only;
   uint64_t Seed = 1;
+  std::optional<uint64_t> Faults;
   bool NoSchedule = false;
   bool AssumeMedia = false;
   bool Summary = false;
   bool Strict = false;
 };
 
-const std::set<std::string> Kinds{"log",    "sent",  "seq", "media", "io",
-                                  "window", "shell", "box", "send",  "flush"};
+const std::set<std::string> Kinds{"log",   "sent", "seq",  "media", "io",   "window",
+                                  "shell", "box",  "send", "flush", "fault"};
 
 std::string ReadRequired(Files& files, const std::string& szFile) {
   std::string szText;
@@ -94,9 +96,10 @@ class Printer {
 int Rehearse(CommandContext& context, const RehearseOptions& options) {
   for (const std::string& szKind : options.Only) {
     if (!Kinds.contains(szKind))
-      throw CommandFailure(ExitUsage,
-                           "--only: there is no kind \"" + szKind +
-                               "\"; possible are log, sent, seq, media, io, send, flush, window, shell, box");
+      throw CommandFailure(
+          ExitUsage,
+          "--only: there is no kind \"" + szKind +
+              "\"; possible are log, sent, seq, media, io, send, flush, window, shell, box, fault");
   }
   Files& files = context.Machine.Files();
   const auto settings = std::make_shared<const RegistryText>(ReadSettings(context, options));
@@ -107,6 +110,8 @@ int Rehearse(CommandContext& context, const RehearseOptions& options) {
   rehearsal.NoSchedule = options.NoSchedule;
   rehearsal.Seed = options.Seed;
   rehearsal.AssumeMedia = options.AssumeMedia;
+  rehearsal.Faults = options.Faults;
+  rehearsal.Watch = options.Faults.has_value();
   auto inputs = ReadInputs(files, options.Inputs, rehearsal.From);
   if (rehearsal.From >= rehearsal.Until) throw CommandFailure(ExitUsage, "--until is not after --from");
 
@@ -133,6 +138,9 @@ int Rehearse(CommandContext& context, const RehearseOptions& options) {
   if (!context.Json || options.Summary)
     std::cout << narrator.Summary(rehearsal.From, rehearsal.Until) << "\n";
   std::cout.flush();
+  const auto broken = evening.Broken();
+  for (const std::string& szWhat : broken) std::cerr << "vexctl: must not be: " << szWhat << "\n";
+  if (!broken.empty()) return ExitCannot;
   return options.Strict && narrator.Errors() > 0 ? ExitCannot : ExitDone;
 }
 
@@ -156,6 +164,10 @@ void AddRehearseCommand(CLI::App& app, CommandContext& context) {
   rehearse->add_flag("--noschedule", options->NoSchedule, "shows on demand only");
   rehearse->add_option("--inputs", options->Inputs, "what happens from outside: a JSON object a line");
   rehearse->add_option("--seed", options->Seed, "of the songs drawn by chance (default 1)");
+  rehearse->add_option(
+      "--faults", options->Faults,
+      "make devices and files fail at random, by this seed, tell each fault, and look whether "
+      "what must hold still holds (status 1 where it does not)");
   rehearse->add_flag("--assume-media", options->AssumeMedia, "songs and videos need not be there");
   rehearse
       ->add_option("--only", options->Only,

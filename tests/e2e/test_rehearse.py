@@ -91,6 +91,31 @@ class Rehearse(Stage):
         self.assertFalse([line for line in self.lines("--settings", str(other), "--only", "log")
                           if line["text"].startswith("Starting show")])
 
+    def test_damage_on_purpose_is_told_where_it_strikes_and_everything_holds(self):
+        songs = [f"m{number}.vexseq" for number in range(8)]
+        for song in songs:
+            self.sequence(song, 120, (0.0, 1, 100), media="song.ogg")
+        animations = [f"a{number}.vexseq" for number in range(8)]
+        for animation in animations:
+            self.sequence(animation, 30, (0.0, 1, 100))
+        self.write_show("eve.shw", main=animations, musical=songs)
+        self.write_week(text="((414000,2,(,0,eve.shw),410400))")
+        evening = ["rehearse", "--from", "2026-12-24 17:59:50", "--until", "2026-12-24 19:10:00", "--assume-media"]
+        struck = set()
+        for seed in range(1, 6):
+            answer = self.vexctl("--json", *evening, "--faults", str(seed), "--only", "fault,log")
+            self.assertEqual((answer.returncode, answer.stderr), (0, ""))
+            faults = [json.loads(line) for line in answer.stdout.splitlines() if '"kind":"fault"' in line]
+            self.assertTrue(faults)
+            self.assertTrue(all(list(fault) == ["t", "kind", "call", "file"] for fault in faults))
+            struck.add(json.dumps(faults))
+            self.assertIn('"text":"Finished show: eve.shw"', answer.stdout)
+        self.assertEqual(len(struck), 5)
+        told = self.vexctl(*evening, "--faults", "1").stdout
+        self.assertIn("FAULT on purpose: ", told)
+        self.assertEqual(told, self.vexctl(*evening, "--faults", "1").stdout)
+        self.assertIn("faults on purpose", self.vexctl(*evening, "--faults", "1", "--summary").stdout)
+
     def test_what_cannot_be_done_is_said(self):
         inputs = self.folder / "inputs.jsonl"
         inputs.write_text("{}\n")

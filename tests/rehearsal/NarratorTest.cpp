@@ -47,6 +47,27 @@ TEST_F(NarratorTest, AFailureThatRepeatsItselfIsToldOnce) {
   EXPECT_EQ(Teller.Errors(), 7);
 }
 
+TEST_F(NarratorTest, FailuresThatTakeTurnsAreToldOnceEach) {
+  for (int i = 0; i < 4; ++i) {
+    Log(3, "lost", "Musical", "m1.vexseq");
+    Log(3, "lost", "Musical", "m2.vexseq");
+  }
+  Log(1, "Finished show: eve.shw");
+  Log(3, "lost", "Musical", "m2.vexseq");
+  EXPECT_THAT(
+      Lines, ElementsAre("Thursday 2026-12-24", "  18:00:00  ERROR  lost (Musical: m1.vexseq)",
+                         "  18:00:00  ERROR  lost (Musical: m2.vexseq)", "            the same 6 more times",
+                         "  18:00:00  show eve.shw is over", "  18:00:00  ERROR  lost (Musical: m2.vexseq)"));
+}
+
+TEST_F(NarratorTest, FaultsOnPurposeAreTold) {
+  Teller.Hear({"fault", "load", 0, "", "", "a.vexseq"});
+  Teller.Hear({"fault", "flush", 0, "", "", ""});
+  EXPECT_THAT(Lines, ElementsAre("Thursday 2026-12-24", "  18:00:00    FAULT on purpose: load of a.vexseq",
+                                 "  18:00:00    FAULT on purpose: flush"));
+  EXPECT_NE(Teller.Summary(Now, Now).find("2 faults on purpose"), std::string::npos);
+}
+
 TEST_F(NarratorTest, SumsUp) {
   const DateTime from = Now;
   EXPECT_EQ(Teller.Summary(from, from.PlusSeconds(3600)),

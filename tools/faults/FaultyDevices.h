@@ -233,4 +233,16 @@ class FaultyMediaWindow final : public MediaWindow {
   FaultPlan& m_Plan;
 };
 
+/// Puts a wrapper before every device.
+inline void WrapDevices(Devices& devices, FaultPlan& plan) {
+  devices.Lights = std::make_shared<FaultyChannelIO>(std::move(devices.Lights), plan);
+  devices.NewSequence = [&plan, newSequence = std::move(devices.NewSequence)] {
+    plan.Check("newSequence");
+    return std::make_shared<FaultySequenceEngine>(newSequence(), plan);
+  };
+  devices.ShellCommands = std::make_shared<FaultyShellCommandManager>(std::move(devices.ShellCommands), plan);
+  devices.Media = std::make_shared<FaultyMediaPlayer>(std::move(devices.Media), plan);
+  devices.Window = std::make_shared<FaultyMediaWindow>(std::move(devices.Window), plan);
+}
+
 }  // namespace vex

@@ -40,6 +40,10 @@ void Narrator::Hear(const RehearsalEvent& event) {
   } else if (event.Kind == "box") {
     ++m_Boxes;
     Tell("MESSAGE BOX  " + std::string(event.Text));
+  } else if (event.Kind == "fault") {
+    ++m_Faults;
+    Tell("  FAULT on purpose: " + std::string(event.Call) +
+         (event.File.empty() ? "" : " of " + std::string(event.File)));
   }
 }
 
@@ -93,18 +97,21 @@ void Narrator::ShowEnds() {
 }
 
 void Narrator::TellFailure(const std::string& szText) {
-  if (szText == m_LastFailure) {
+  if (!m_Teller) return;
+  if (m_ToldFailures.contains(szText)) {
     ++m_Repeats;
     return;
   }
+  const auto told = m_Repeats == 0 ? std::exchange(m_ToldFailures, {}) : std::set<std::string>();
   Tell(szText);
-  m_LastFailure = szText;
+  m_ToldFailures = told;
+  m_ToldFailures.insert(szText);
 }
 
 void Narrator::Finish() {
   if (m_Teller && m_Repeats > 0)
     m_Teller("            the same " + Counted(m_Repeats, "more time", "more times"));
-  m_LastFailure.clear();
+  m_ToldFailures.clear();
   m_Repeats = 0;
 }
 
@@ -128,6 +135,7 @@ std::string Narrator::Summary(DateTime from, DateTime until) const {
          Counted(m_Songs, "song", "songs") + ", " +
          Counted(m_Gaps + (m_ShowPlays ? 0 : 1), "gap without a show", "gaps without a show") + ", " +
          Counted(m_Triggers, "trigger", "triggers") + ", " + Counted(m_Errors, "error", "errors") +
+         (m_Faults > 0 ? ", " + Counted(m_Faults, "fault on purpose", "faults on purpose") : "") +
          (m_Boxes > 0 ? ", " + Counted(m_Boxes, "message box", "message boxes") : "");
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <set>
 #include <string>
 
 #include "basic/DateTime.h"
@@ -10,8 +11,8 @@
 namespace vex {
 
 /// Tells what happens in a rehearsal as a person would: the day once, then the time and what began, ended,
-/// was pressed or failed; a failure that repeats itself is told once and then how often. It counts as it
-/// goes, for the summary at the end.
+/// was pressed or failed; failures that repeat themselves, alone or in turn, are told once and then how
+/// often. It counts as it goes, for the summary at the end.
 class Narrator {
  public:
   /// Each line without its end; single-byte.
@@ -38,7 +39,7 @@ class Narrator {
   std::function<DateTime()> m_Now;
   Teller m_Teller;
   DateTime m_Day;
-  std::string m_LastFailure;
+  std::set<std::string> m_ToldFailures;  // since something else was told
   int64_t m_Repeats = 0;
   int64_t m_Shows = 0;
   int64_t m_Songs = 0;
@@ -46,6 +47,7 @@ class Narrator {
   int64_t m_Triggers = 0;
   int64_t m_Errors = 0;
   int64_t m_Boxes = 0;
+  int64_t m_Faults = 0;
   int64_t m_SecondsOfShows = 0;
   bool m_ShowPlays = false;
   DateTime m_ShowSince;

@@ -13,15 +13,28 @@
 #include "components/recorded/SequenceFaults.h"
 #include "host/RegistryText.h"
 #include "host/virtual/VirtualHost.h"
+#include "monitor/Installation.h"
+#include "monitor/ShowFile.h"
 #include "monitor/frmMonitor.h"
 #include "player/PlayType.h"
 #include "player/SequencePlayInfo.h"
 #include "settings/LibFile.h"
+#include "show/Show.h"
+#include "show/ShowFunctions.h"
+#include "tools/faults/FaultyDevices.h"
+#include "tools/faults/FaultyHost.h"
+#include "tools/faults/RandomFaults.h"
+#include "tools/rehearsal/Invariants.h"
 
 namespace vex {
 namespace {
 
 constexpr int32_t NoType = 0;
+constexpr std::chrono::minutes MeanWhileBetweenFaults{15};
+
+RehearsalEvent DeviceEvent(std::string_view szKind, std::string_view szCall) {
+  return {.Kind = szKind, .Call = szCall, .Level = 0, .Text = "", .Play = "", .File = ""};
+}
 
 JsonValue TextOrNull(std::string_view szText) {
   if (szText.empty()) return nullptr;
@@ -47,6 +60,9 @@ class Rehearsal::Stage {
     m_Host.MessageBoxes().OnShow([this](const VirtualMessageBoxes::Box& box) { NoteBox(box); });
     m_Host.Windows().Sent(
         [this](WindowHandle, const VirtualWindows::Message& message) { NoteSent(message); });
+    if (m_Options.Faults) PlanFaults(*m_Options.Faults);
+    if (m_Options.Watch)
+      m_Invariants.emplace(m_Host.Clock(), [this](const std::string& szShow) { return LightsOffOf(szShow); });
   }
   ~Stage() { m_Silent = true; }
 
@@ -63,6 +79,11 @@ class Rehearsal::Stage {
     const int64_t last = m_Options.Until.SecondsSince(m_Options.From) * perSecond - 1;
     if (!m_Form->Unloaded()) m_Host.EventLoop().AdvanceTo(std::chrono::milliseconds(last));
     m_Silent = true;
+    if (m_Invariants) m_Invariants->Finish();
+  }
+
+  [[nodiscard]] std::vector<std::string> Broken() const {
+    return m_Invariants ? m_Invariants->Broken() : std::vector<std::string>();
   }
 
   Filter Wants;
@@ -72,7 +93,37 @@ class Rehearsal::Stage {
   /// Makes the line only where somebody wants it.
   template <class Make>
   void Note(const RehearsalEvent& event, Make make) {
-    if (!m_Silent && Wants(event)) Sink(make());
+    if (m_Silent) return;
+    if (m_Invariants) m_Invariants->Hear(event, [&] { return make().Text(); });
+    if (Wants(event)) Sink(make());
+  }
+
+  void NoteFault(std::string_view szCall, std::string_view szFile) {
+    Note({"fault", szCall, 0, "", "", szFile}, [&] {
+      return JsonLine(m_Host.Clock(), "fault")
+          .Add("call", std::string(szCall))
+          .Add("file", TextOrNull(szFile));
+    });
+  }
+
+  void PlanFaults(uint64_t seed) {
+    m_Faults = std::make_unique<RandomFaults>(
+        m_Host.Clock(), seed, MeanWhileBetweenFaults,
+        [this](std::string_view szCall, std::string_view szFile) { NoteFault(szCall, szFile); });
+    m_FaultyFiles = std::make_unique<FaultyFiles>(m_Host.Files(), *m_Faults);
+  }
+  [[nodiscard]] vex::Files& FileSystem() {
+    if (m_FaultyFiles) return *m_FaultyFiles;
+    return m_Host.Files();
+  }
+
+  /// Looked at apart from the player, so that it changes nothing in what fails.
+  [[nodiscard]] bool LightsOffOf(const std::string& szShow) {
+    std::string szText;
+    Installation installation(m_Host.Registry(), m_Host.Files(), m_Host.Processes(), m_Host.MessageBoxes());
+    if (!ReadShowFile(m_Host.Files(), installation.UserDataPath(), szShow, szText)) return false;
+    const auto show = ShowFromText(szText);
+    return show && PutsItsLightsOut(*show);
   }
 
   void NoteLog(int32_t lLevel, const std::string& szText, const SequencePlayInfo* playInfo) {
@@ -106,7 +157,7 @@ class Rehearsal::Stage {
         .Loop = m_Host.EventLoop(),
         .Desktop = m_Host.Windows(),
         .Settings = m_Host.Registry(),
-        .FileSystem = m_Host.Files(),
+        .FileSystem = FileSystem(),
         .Programs = m_Host.Processes(),
         .Instance = m_Host.SingleInstance(),
         .Boxes = m_Host.MessageBoxes(),
@@ -128,10 +179,16 @@ class Rehearsal::Stage {
 
   Devices MakeDevices() {
     const auto recorder = std::make_shared<Recorder>(
-        m_Host.Clock(), [this](std::string_view, std::string_view, const JsonLine& line) { Sink(line); },
+        m_Host.Clock(),
+        [this](std::string_view szKind, std::string_view szCall, const JsonLine& line) {
+          if (m_Invariants) {
+            m_Invariants->Hear(DeviceEvent(szKind, szCall), [&line] { return line.Text(); });
+            if (!Wants(DeviceEvent(szKind, szCall))) return;
+          }
+          Sink(line);
+        },
         [this](std::string_view szKind, std::string_view szCall) {
-          return !m_Silent &&
-                 Wants({.Kind = szKind, .Call = szCall, .Level = 0, .Text = "", .Play = "", .File = ""});
+          return !m_Silent && (m_Invariants || Wants(DeviceEvent(szKind, szCall)));
         });
     const auto names = std::make_shared<MediaNames>();
     const auto find = [this](const std::string& szName, bool boolIsAudio) {
@@ -142,22 +199,23 @@ class Rehearsal::Stage {
         m_Host.Clock(), m_Host.EventLoop(), recorder,
         [names](const std::string& szPath) { return names->NameOf(szPath); },
         [this, names](const std::string& szPath) { return FactsOf(*names, szPath); });
-    m_Faults->Injected = [this] {
+    m_Injected->Injected = [this] {
       if (m_Media->Changed) m_Media->Changed();
     };
-    const SequenceRecording recording{recorder, names, m_Faults,
+    const SequenceRecording recording{recorder, names, m_Injected,
                                       [find](const std::string& szName) { return find(szName, true); }};
     Devices devices;
     devices.Lights = m_Lights;
     devices.NewSequence = [this, recording, find] {
       return std::make_shared<RecordedSequenceEngine>(
-          std::make_shared<OpenSequenceEngine>(m_Host.Clock(), m_Host.EventLoop(), m_Host.Files(), find),
+          std::make_shared<OpenSequenceEngine>(m_Host.Clock(), m_Host.EventLoop(), FileSystem(), find),
           recording);
     };
     devices.ShellCommands =
         std::make_shared<RecordedShellCommandManager>(std::make_shared<OpenShellCommandManager>(), recorder);
     devices.Media = m_Media;
     devices.Window = std::make_shared<RecordedMediaWindow>(recorder);
+    if (m_Faults) WrapDevices(devices, *m_Faults);
     return devices;
   }
 
@@ -187,14 +245,17 @@ class Rehearsal::Stage {
   void Do(const InputMediaError& error) {
     if (m_Media) m_Media->InjectErrors(error.Descriptions);
   }
-  void Do(const InputSequenceError& error) { m_Faults->Inject(error.File, error.Call, error.Text); }
+  void Do(const InputSequenceError& error) { m_Injected->Inject(error.File, error.Call, error.Text); }
   void Do(const InputClock& clock) { m_Host.Clock().SetWallClock(clock.To); }
 
   RehearsalOptions m_Options;
   std::vector<RehearsalInput> m_Inputs;
   MediaLibrary m_Library;
   VirtualHost m_Host;
-  std::shared_ptr<SequenceFaults> m_Faults = std::make_shared<SequenceFaults>();
+  std::optional<Invariants> m_Invariants;
+  std::unique_ptr<RandomFaults> m_Faults;      // empty where nothing is to fail
+  std::unique_ptr<FaultyFiles> m_FaultyFiles;  // the same
+  std::shared_ptr<SequenceFaults> m_Injected = std::make_shared<SequenceFaults>();
   std::shared_ptr<RecordedChannelIO> m_Lights;
   std::shared_ptr<RecordedMediaPlayer> m_Media;
   bool m_Silent = false;
@@ -218,6 +279,10 @@ DateTime Rehearsal::Now() const {
 
 void Rehearsal::Run() {
   m_Stage->Run();
+}
+
+std::vector<std::string> Rehearsal::Broken() const {
+  return m_Stage->Broken();
 }
 
 }  // namespace vex

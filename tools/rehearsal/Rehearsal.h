@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,12 +26,16 @@ struct RehearsalOptions {
   uint64_t Seed = 1;
   /// Media need not exist: each lasts as long as its sequence, and is video if its name says so.
   bool AssumeMedia = false;
+  /// Devices and files fail at random, by this seed.
+  std::optional<uint64_t> Faults;
+  /// Whether what must hold in every evening is looked after; see Broken.
+  bool Watch = false;
 };
 
 /// One thing that happened, before it is written as a line: so that what nobody wants to read costs nothing.
 struct RehearsalEvent {
-  std::string_view Kind;  ///< log, sent, seq, media, io, window, shell or box
-  std::string_view Call;  ///< of seq, media, io and window
+  std::string_view Kind;  ///< log, sent, seq, media, io, window, shell, box or fault
+  std::string_view Call;  ///< of seq, media, io, window and fault
   /// Only of a log line.
   int32_t Level = 0;
   std::string_view Text;
@@ -68,6 +73,9 @@ class Rehearsal {
 
   /// Start-up, then everything until the end or the unload. Called once.
   void Run();
+
+  /// What should have held and did not, once it has run; needs the watch.
+  [[nodiscard]] std::vector<std::string> Broken() const;
 
  private:
   class Stage;
