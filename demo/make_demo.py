@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Makes the demonstration's files in a folder: sequences, songs, the show, its weekly schedule and settings.
 
-    demo/make_demo.py FOLDER [--seconds N]
+    demo/make_demo.py FOLDER [--seconds N] [--films]
 
 The show is in force from now on for N seconds (40 unless told). FOLDER/settings.reg is what VEX_SETTINGS is
 to point at, FOLDER/picture.json what the viewer draws.
@@ -14,7 +14,7 @@ import shutil
 
 from house import House
 from sequences import write_all
-from songs import SONGS
+from songs import FILMS, SONGS
 
 WEEK = 7 * 24 * 3600
 BUTTON = (0, 1, 3)  # network, unit and input of the button at the door
@@ -37,14 +37,14 @@ def button_group():
     return text_list("1", "", "F", "T", "F", "Button at the door", text_list(entry), "T")
 
 
-def show_text():
+def show_text(songs):
     def named(*stems):
         return [f"{stem}.vexseq" for stem in stems]
 
     startup = playlist(0, 1, 2, 0, "", named("lights-up"), "F")
     shutdown = playlist(0, 1, 2, 0, "", named("good-night", "last-star"), "T")
     main = playlist(1, 0, 1, 0, "", named("candy-cane", "rainbow"), "F")
-    musical = playlist(0, 1, 2, 2, "snowfall.vexseq", named(*(song.title for song in SONGS)), "F")
+    musical = playlist(0, 1, 2, 2, "snowfall.vexseq", named(*(song.title for song in songs)), "F")
     background = playlist(2, 0, 1, 0, "", named("night"), "F")
     return text_list(startup, shutdown, main, musical, "", background, text_list(button_group()), "0", "", "F")
 
@@ -72,6 +72,10 @@ def settings_text(folder, address, link_port):
 "AudioPath"="{path('sequences')}"
 "NonAudioPath"="{path('sequences')}"
 
+[HKEY_CURRENT_USER\\Software\\Brillara\\Shared\\VideoPreferences]
+"MonitorX"=dword:00000028
+"MonitorY"=dword:00000028
+
 [HKEY_CURRENT_USER\\Software\\Brillara\\Output]
 "Protocol"="sacn"
 "Host"="{address}"
@@ -83,17 +87,18 @@ def settings_text(folder, address, link_port):
 """.replace("\n", "\r\n")
 
 
-def make(folder, seconds, address="127.0.0.1", link_port=3737, hint=""):
+def make(folder, seconds, address="127.0.0.1", link_port=3737, hint="", films=False):
     """Returns the moment at which the show event ends. Presses of the button come to the link's port; the hint
-    stands in the picture."""
+    stands in the picture. Films are for a machine with a display, and come first."""
+    songs = (FILMS if films else ()) + SONGS
     for below in ("data", "sequences"):
         (folder / below).mkdir(parents=True, exist_ok=True)
     house = House()
-    write_all(house, SONGS, folder / "sequences")
-    for song in SONGS:
-        shutil.copyfile(song.audio_file(), folder / "sequences" / f"{song.title}.ogg")
+    write_all(house, songs, folder / "sequences")
+    for song in songs:
+        shutil.copyfile(song.committed(), folder / "sequences" / song.media)
     (folder / "picture.json").write_text(json.dumps(house.picture(hint), ensure_ascii=False), encoding="utf-8")
-    (folder / "data" / "demo.shw").write_bytes((show_text() + "\r\n").encode(CODE_PAGE))
+    (folder / "data" / "demo.shw").write_bytes((show_text(songs) + "\r\n").encode(CODE_PAGE))
     (folder / "settings.reg").write_bytes(settings_text(folder, address, link_port).encode("utf-8"))
     now = datetime.datetime.now().replace(microsecond=0)
     end = now + datetime.timedelta(seconds=seconds)
@@ -106,5 +111,6 @@ if __name__ == "__main__":
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("folder", type=pathlib.Path)
     parser.add_argument("--seconds", type=int, default=40)
+    parser.add_argument("--films", action="store_true", help="begin the songs with a film, for a display")
     given = parser.parse_args()
-    print("the show ends at", make(given.folder.resolve(), given.seconds))
+    print("the show ends at", make(given.folder.resolve(), given.seconds, films=given.films))

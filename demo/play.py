@@ -6,7 +6,8 @@
 PROGRAMS is the folder with VexMonitor, vexctl and lightview; FOLDER is made and belongs to the demonstration:
 its own settings, schedule and shows, so that nothing of the user's is touched. An interrupt ends the show
 gracefully, a second one at once. At a terminal the key b, or the space bar, presses the button at the door of
-the house; without one it is pressed once, as soon as the show answers it.
+the house; without one it is pressed once, as soon as the show answers it. Where there is a display (DISPLAY) the
+first song is a video.
 """
 import argparse
 import json
@@ -39,6 +40,7 @@ class Demonstration:
         self.player_log = folder / "player-messages.txt"
         self.interrupts = 0
         self.keys = Keys()
+        self.display = bool(os.environ.get("DISPLAY"))
         self.presses = 0
         self.environment = dict(os.environ, VEX_SETTINGS=str(folder / "settings.reg"))
 
@@ -109,7 +111,7 @@ class Demonstration:
                   "then start again", file=sys.stderr)
             return 1
         hint = " b: ring at the door " if self.keys.work else ""
-        end = make_demo.make(self.folder, self.seconds, self.address, self.free_port(), hint)
+        end = make_demo.make(self.folder, self.seconds, self.address, self.free_port(), hint, self.display)
         print(f"The show is in force until {end:%H:%M:%S}. A second terminal can watch or control it:")
         print(f"  {os.path.relpath(self.programs / 'vexctl')} status    (or watch, shutdown, --help)", flush=True)
         with open(self.player_log, "wb") as log:
@@ -195,6 +197,10 @@ class Demonstration:
               f"{count(': Starting Animation')} animations, {count(': Starting Cleanup')} clean-ups,")
         print(f"             {count(': Starting Startup')} startup, {count(': Starting Shutdown')} shutdown, "
               f"{count(': Starting Background')} background")
+        if self.display:
+            films = sum(count(f": Starting Musical: {film.title}.vexseq") for film in make_demo.FILMS)
+            print(f"  video      {films} of the songs {'was a video' if films == 1 else 'were videos'}, "
+                  f"{'heard only' if count('Video cannot be shown') else 'seen in a window'}")
         heard, answered = count(": Trigger detected"), count(": Starting Interactive")
         print(f"  button     {self.presses} press{'' if self.presses == 1 else 'es'}, {heard} heard by the player, "
               f"{answered} answered with light")

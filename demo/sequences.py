@@ -172,4 +172,4 @@ def write_all(house, songs, folder):
         build(house).write(folder / f"{name}.vexseq")
     write_rainbow(house, folder)
     for each in songs:
-        song(house, each).write(folder / f"{each.title}.vexseq", media=f"{each.title}.ogg")
+        song(house, each).write(folder / f"{each.title}.vexseq", media=each.media)

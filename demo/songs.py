@@ -1,4 +1,5 @@
-"""The two songs of the demonstration: melodies in the public domain, and the little music box that plays them.
+"""The songs of the demonstration: melodies in the public domain, and the little music box that plays them. One of
+them comes as a film, which `demo/film.py` makes; it is played where there is a display.
 
 A voice is a list of (note, beats); "-" is a rest. `python3 demo/songs.py FOLDER` makes the committed audio
 files anew (needs oggenc).
@@ -21,9 +22,9 @@ def notes(text):
 
 
 class Song:
-    def __init__(self, title, stem, beat, bar, melody, bass):
+    def __init__(self, title, file, beat, bar, melody, bass):
         self.title = title
-        self.stem = stem        # of the committed audio file
+        self.file = file        # the committed one, beside this
         self.beat = beat        # seconds
         self.bar = bar          # beats
         self.melody = notes(melody)
@@ -42,8 +43,13 @@ class Song:
                 yield start, length, semitones(name)
             start += length
 
-    def audio_file(self):
-        return pathlib.Path(__file__).parent / f"{self.stem}.ogg"
+    def committed(self):
+        return pathlib.Path(__file__).parent / self.file
+
+    @property
+    def media(self):
+        """Its name in the show."""
+        return self.title + pathlib.Path(self.file).suffix
 
 
 def semitones(name):
@@ -52,18 +58,24 @@ def semitones(name):
 
 
 JINGLE_BELLS = Song(
-    "Jingle Bells", "jingle-bells", beat=0.375, bar=4,
+    "Jingle Bells", "jingle-bells.ogg", beat=0.375, bar=4,
     melody="E5 E5 E5:2 E5 E5 E5:2 E5 G5 C5:1.5 D5:0.5 E5:4 "
            "F5 F5 F5:1.5 F5:0.5 F5 E5 E5 E5:0.5 E5:0.5 G5 G5 F5 D5 C5:4",
     bass="C3 G3 C4 G3 C3 G3 C4 G3 C3 G3 C4 G3 C3 G3 C4 G3 F3 C4 F3 C4 C3 G3 C4 G3 G3 D4 G3 D4 C3 G3 C4:2")
 
 FUR_ELISE = Song(
-    "Für Elise", "fur-elise", beat=0.235, bar=6,
+    "Für Elise", "fur-elise.ogg", beat=0.235, bar=6,
     melody="E5 D#5 E5 D#5 E5 B4 D5 C5 A4:2 - C4 E4 A4 B4:2 - E4 G#4 B4 C5:2 - E4 E5 D#5 "
            "E5 D#5 E5 B4 D5 C5 A4:2 - C4 E4 A4 B4:2 - E4 C5 B4 A4:4",
     bass="-:8 A2 E3 A3 -:3 E2 E3 G#3 -:3 A2 E3 A3 -:9 A2 E3 A3 -:3 E2 E3 G#3 -:3 A2 E3 A3:2")
 
+SILENT_NIGHT = Song(
+    "Silent Night", "silent-night.mp4", beat=0.42, bar=3,
+    melody="G4:1.5 A4:0.5 G4 E4:3 G4:1.5 A4:0.5 G4 E4:3 D5:2 D5 B4:3 C5:2 C5 G4:3",
+    bass="C3 E3 G3 C3 E3 G3 C3 E3 G3 C3 E3 G3 G2 D3 F3 G2 D3 F3 C3 E3 G3 C3 E3 G3")
+
 SONGS = (FUR_ELISE, JINGLE_BELLS)
+FILMS = (SILENT_NIGHT,)
 
 
 def strike(samples, start, step, volume, decay):
@@ -96,15 +108,19 @@ def render(song):
     return array.array("h", (int(30000 * value / loudest) for value in samples))
 
 
-def make_audio(song, folder):
-    path = folder / f"{song.stem}.wav"
+def write_wave(song, path):
     with wave.open(str(path), "wb") as out:
         out.setnchannels(1)
         out.setsampwidth(2)
         out.setframerate(RATE)
         out.writeframes(render(song).tobytes())
-    subprocess.run(["oggenc", "--quiet", "-q", "2", "-s", "1", "-t", song.title, "-o",
-                    str(folder / f"{song.stem}.ogg"), str(path)], check=True)
+
+
+def make_audio(song, folder):
+    path = folder / "song.wav"
+    write_wave(song, path)
+    subprocess.run(["oggenc", "--quiet", "-q", "2", "-s", "1", "-t", song.title, "-o", str(folder / song.file),
+                    str(path)], check=True)
     path.unlink()
 
 
