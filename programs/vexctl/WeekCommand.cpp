@@ -29,7 +29,7 @@ WeekTime::Reference WeekTimeFromArgument(const std::string& szArgument, const st
   } catch (const Error&) {
     throw CommandFailure(ExitUsage, szWhat + ": \"" + szArgument +
                                         "\" is no time of the week; write it as \"Mon 18:00\" or "
-                                        "\"Mon 18:00:05\", Sun to Sat, 00:00 to 23:59:59");
+                                        "\"Mon 18:00:05\", Sun to Sat; midnight is 00:00 of the next day");
   }
 }
 

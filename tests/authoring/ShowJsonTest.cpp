@@ -12,6 +12,7 @@ namespace vex {
 namespace {
 
 using testing::EndsWith;
+using testing::StartsWith;
 
 const std::string NewShowText =
     "((0,1,2,0,,,T,F,F),(0,1,2,0,,,T,F,F),(1,0,1,0,,,T,F,F),(0,1,2,0,,,T,F,F),,(2,0,1,0,,,T,F,F),,0,,F)";
@@ -82,12 +83,16 @@ TEST(ShowJson, AnotherFormatOrVersionIsRefused) {
   EXPECT_EQ(Wrong(R"("version":2)"), "13//version: must be 1");
 }
 
-TEST(ShowJson, AMisspeltNameIsRefusedWithItsPlace) {
-  EXPECT_EQ(Wrong(R"("startUp":{})"), "13//startUp: is not known here");
-  EXPECT_EQ(Wrong(R"("main":{"sequence":[]})"), "13//main.sequence: is not known here");
-  EXPECT_EQ(Wrong(R"("main":{"delay":3})"), "13//main.delay: is not known here");
-  EXPECT_EQ(Wrong(R"("musical":{"animationType":3})"), "13//musical.animationType: is not known here");
-  EXPECT_EQ(Wrong(R"("startupTrigger":{"inputs":3})"), "13//startupTrigger.inputs: is not known here");
+TEST(ShowJson, AMisspeltNameIsRefusedWithItsPlaceAndTheKnownOnes) {
+  EXPECT_THAT(Wrong(R"("startUp":{})"),
+              StartsWith("13//startUp: is not known here; known are background, format, "));
+  EXPECT_THAT(Wrong(R"("main":{"sequence":[]})"),
+              StartsWith("13//main.sequence: is not known here; known are "));
+  EXPECT_THAT(Wrong(R"("main":{"delay":3})"), StartsWith("13//main.delay: is not known here; "));
+  EXPECT_THAT(Wrong(R"("musical":{"animationType":3})"),
+              StartsWith("13//musical.animationType: is not known here; "));
+  EXPECT_EQ(Wrong(R"("startupTrigger":{"inputs":3})"),
+            "13//startupTrigger.inputs: is not known here; known are input, name, network, unit");
 }
 
 TEST(ShowJson, ANameThatStandsTwiceIsRefused) {

@@ -9,6 +9,7 @@ namespace vex {
 namespace {
 
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -59,6 +60,29 @@ TEST_F(ShowContentsTest, AMissingSequenceIsToldOnceForTheShow) {
   ASSERT_TRUE(Host.Files().Remove("D:\\s.vexseq"));
   EXPECT_THAT(Troubles(),
               ElementsAre(HasSubstr("show \"eve.shw\": Sequence file \"s.vexseq\": File not found")));
+}
+
+TEST_F(ShowContentsTest, AMissingSequenceIsToldWithThePlacesWhereItBelongs) {
+  ASSERT_TRUE(Host.Files().Remove("D:\\s.vexseq"));
+  EXPECT_THAT(Troubles(), ElementsAre(EndsWith("(looked for at \"D:\\s.vexseq\")")));
+  Host.Registry().SetText("Software\\Brillara\\Shared", "AudioPath", "E:\\");
+  EXPECT_THAT(Troubles().front(), EndsWith("(looked for at \"D:\\s.vexseq\" and \"E:\\s.vexseq\")"));
+}
+
+TEST_F(ShowContentsTest, ASongIsLookedIntoWhereThatIsWanted) {
+  ShowContents contents(Host.Files(), Host.Registry(), "D:\\");
+  std::vector<std::string> asked;
+  contents.LookIntoSongs([&](const std::string& szPath) {
+    asked.push_back(szPath);
+    return asked.size() == 1 ? std::string("no music") : std::string();
+  });
+  EXPECT_THAT(contents.Troubles("eve.shw"),
+              ElementsAre("show \"eve.shw\": song \"song.ogg\" of sequence \"m.vexseq\" cannot be played: no "
+                          "music (\"D:\\song.ogg\")"));
+  EXPECT_THAT(contents.Troubles("eve.shw"), IsEmpty());
+  ASSERT_TRUE(Host.Files().Remove("D:\\song.ogg"));
+  EXPECT_THAT(contents.Troubles("eve.shw"), ElementsAre(HasSubstr("does not exist")));
+  EXPECT_THAT(asked, ElementsAre("D:\\song.ogg", "D:\\song.ogg"));
 }
 
 TEST_F(ShowContentsTest, AMissingCleanUpIsTold) {

@@ -96,7 +96,10 @@ std::string JsonObject::PlaceOf(const std::string& szName) const {
 
 void JsonObject::NothingElse() const {
   for (const auto& [szName, value] : m_Value->items()) {
-    if (!m_Asked.contains(szName)) RefuseJson(PlaceOf(szName), "is not known here");
+    if (m_Asked.contains(szName)) continue;
+    std::string szKnown;
+    for (const std::string& szAsked : m_Asked) szKnown += (szKnown.empty() ? "" : ", ") + szAsked;
+    RefuseJson(PlaceOf(szName), "is not known here; known are " + szKnown);
   }
 }
 

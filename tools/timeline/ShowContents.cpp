@@ -87,8 +87,16 @@ std::string ShowContents::SequenceTrouble(const std::string& szSequence) const {
         szSequence);
     return sequence.Media.empty() ? std::string() : SongTrouble(sequence.Media, szSequence);
   } catch (const Error& error) {
-    return error.Description;
+    return error.Description + (error.Number == ErrorFileNotFound ? PlacesOf(szSequence) : "");
   }
+}
+
+/// Where the engine looks for a sequence.
+std::string ShowContents::PlacesOf(const std::string& szSequence) const {
+  const std::string szPath = FullSequencePath(m_Registry, szSequence, false);
+  const std::string szAudioPath = FullSequencePath(m_Registry, szSequence, true);
+  return " (looked for at \"" + szPath + "\"" +
+         (szAudioPath == szPath ? "" : " and \"" + szAudioPath + "\"") + ")";
 }
 
 std::string ShowContents::SongTrouble(const std::string& szSong, const std::string& szSequence) const {

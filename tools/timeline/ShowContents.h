@@ -24,6 +24,7 @@ class ShowContents {
 
  private:
   [[nodiscard]] std::string SequenceTrouble(const std::string& szSequence) const;
+  [[nodiscard]] std::string PlacesOf(const std::string& szSequence) const;
   [[nodiscard]] std::string SongTrouble(const std::string& szSong, const std::string& szSequence) const;
 
   Files& m_Files;
