@@ -258,6 +258,7 @@ TEST_F(ShowsInForceTest, WithoutSchedulesThereAreNoCandidates) {
 
 TEST_F(ShowsInForceTest, AShowOnDemandHasNoCandidatesAndIsFollowedByWhatIsInForceAtItsEnd) {
   Weekly("week", Thursday, 20, Thursday, 22);
+  Dated("dated", On(24, 19), On(24, 20));
   EXPECT_EQ(Next(Event("(x,(F,,T,2026-12-24 21:00:00),2,F)"), On(24, 18)),
             "(week,(T,2026-12-24 20:00:00,T,2026-12-24 22:00:00),0,F)");
 }

@@ -31,7 +31,8 @@ struct SequenceScript {
   std::string FailStart;
   std::string FailSync;
   std::string FailHint;
-  bool Loops = true;  // whether the loop option is obeyed
+  int32_t LingerMs = 0;  // how long it still plays once it is stopped
+  bool Loops = true;     // whether the loop option is obeyed
 };
 
 /// Lights that write down what is asked of them.
@@ -132,9 +133,14 @@ class FakeEngine : public SequenceEngine {
   }
   void Stop() override {
     Line("stop");
+    if (m_Script && m_Script->LingerMs > 0) {
+      if (!m_StopsAt) m_StopsAt = m_Clock.Elapsed() + std::chrono::milliseconds(m_Script->LingerMs);
+      return;
+    }
     m_Playing = false;
   }
   int32_t PlayState() override {
+    if (m_StopsAt && m_Clock.Elapsed() >= *m_StopsAt) m_Playing = false;
     if (m_Playing && !m_HasMedia && !Looping() && m_Clock.Elapsed() >= End()) m_Playing = false;
     return m_Playing ? 1 : 0;
   }
@@ -170,6 +176,7 @@ class FakeEngine : public SequenceEngine {
   }
   NextDue NextStateChange() override {
     if (m_Script && !m_Script->FailHint.empty()) throw Error(1, "Sequence", m_Script->FailHint);
+    if (m_StopsAt) return NextDue::EveryTick();
     if (!m_Playing || m_HasMedia || Looping()) return NextDue::Never();
     return NextDue::At(End().count());
   }
@@ -191,6 +198,7 @@ class FakeEngine : public SequenceEngine {
   bool m_HasMedia = false;
   bool m_Playing = false;
   Elapsed m_Started{};
+  std::optional<Elapsed> m_StopsAt;
   size_t m_NextEvent = 0;
   int32_t m_Position = 0;
 };

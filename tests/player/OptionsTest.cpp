@@ -109,6 +109,24 @@ TEST(PlayOptions, WithoutATriggerEveryStartupTypeStartsAtOnce) {
   }
 }
 
+TEST(PlayOptions, TheStartupTriggerIsRegisteredBeforeTheBackgroundIsQueued) {
+  PlayerRig rig;
+  rig.Sequences({"bg"}, 5000);
+  ShowText text;
+  text.Background = {"bg"};
+  text.StartupType = 2;
+  text.StartupTrigger = "(3,Door,1,0)";
+  rig.MakePlayer();
+  rig.Forget();
+  rig.Give(text);
+  rig.Run(1);
+  EXPECT_THAT(rig.Lines,
+              ElementsAre("0 Starting next show", "report eve.shw", "1 Starting show: eve.shw",
+                          "1 Registering startup trigger", "io registerTrigger 0 1 3",
+                          "0 Queueing Background: bg", "1 Loading sequence: bg Background: bg", "seq load bg",
+                          "seq prepare bg loop lightsoff", "1 Starting Background: bg", "seq start bg"));
+}
+
 TEST(PlayOptions, X10AndCourserAreOpenedAtTheirPorts) {
   PlayerRig rig;
   rig.Settings(std::string(RegistryHead) +

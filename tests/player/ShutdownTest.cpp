@@ -102,6 +102,46 @@ TEST(ShowPlayerShutdown, ACleanUpThatPlaysIsStoppedAndNotWaitedFor) {
                           "1 Stopping Cleanup: c", "1 Ending Cleanup: c", "1 Finished show: eve.shw"));
 }
 
+// Of all that is music the first in the list decides, here the clean-up.
+TEST(ShowPlayerShutdown, AnInputsSongBehindACleanUpIsNotWaitedFor) {
+  PlayerRig rig;
+  rig.Sequences({"song"}, 9999, "song.ogg");
+  rig.Sequences({"c"}, 5000);
+  rig.Sequences({"x"}, 9999, "jingle.ogg");
+  rig.Media->Lengths = {{"song.ogg", 500}, {"jingle.ogg", 60000}};
+  ShowText text;
+  text.Songs = {"song"};
+  text.CleanUp = "c";
+  text.Groups = "(" + GroupText(false, true, {{"(3,Door,1,0)", {"x"}}}) + ")";
+  rig.Give(text);
+  rig.Run(1000);
+  rig.Press(3);
+  rig.Run(10);
+  EXPECT_EQ(rig.Player->MediaHolder()->Filename(), "x");
+  rig.Give(nullptr);
+  rig.Run(10);
+  EXPECT_TRUE(rig.Has("1 Finished show: eve.shw"));
+  EXPECT_FALSE(rig.Player->MediaHolder());
+}
+
+// The first stop pass is made once; what is slow to stop is stopped again by the second one, tick by tick.
+TEST(ShowPlayerShutdown, WhatIsSlowToStopIsStoppedUntilItHasEnded) {
+  PlayerRig rig;
+  rig.Sequences({"a"}, 100000);
+  rig.Library["a"].LingerMs = 3;
+  ShowText text;
+  text.Animation = {"a"};
+  rig.Give(text);
+  rig.Run(1000);
+  rig.Forget();
+  rig.Give(nullptr);
+  rig.Run(100);
+  EXPECT_THAT(rig.Course(),
+              ElementsAre("1 Current show is entering shutdown mode", "1 Stopping Animation: a",
+                          "1 Stopping Animation: a", "1 Stopping Animation: a", "1 Stopping Animation: a",
+                          "1 Ending Animation: a", "1 Finished show: eve.shw"));
+}
+
 TEST(NextShow, TheSameShowAgainChangesNothing) {
   PlayerRig rig;
   rig.Give(ShowText{});
@@ -190,6 +230,9 @@ TEST(NextShow, ClearsTheTriggersOfTheCurrentShow) {
   rig.Give(nullptr);
   EXPECT_THAT(rig.Lines, ElementsAre("1 Clearing triggers", "io clearTriggers",
                                      "1 Current show is entering shutdown mode", "report eve.shw"));
+  rig.Run(10);
+  EXPECT_TRUE(rig.Has("1 Finished show: eve.shw"));
+  EXPECT_EQ(rig.LinesOf("io clearTriggers").size(), 1U);
 }
 
 TEST(ShowPlayerEnd, DestroyingThePlayerReportsNoShowAndStopsTheMedia) {
