@@ -29,6 +29,16 @@ void FrameReader::Read(uint32_t frame, std::span<uint8_t> bytes) {
   while (m_NextFrame <= frame) DecodeFrame(bytes);
 }
 
+bool FrameReader::Intact() {
+  std::vector<uint8_t> bytes(m_Header.ChannelCount);
+  try {
+    for (uint32_t frame = 0; frame < m_Header.FrameCount; ++frame) Read(frame, bytes);
+    return true;
+  } catch (const Error&) {
+    return false;
+  }
+}
+
 void FrameReader::ReadPlain(uint32_t frame, std::span<uint8_t> bytes) {
   const uint64_t offset = m_Header.DataOffset + uint64_t{m_Header.ChannelCount} * frame;
   if (!m_File->ReadAt(offset, bytes)) Refuse(frame);

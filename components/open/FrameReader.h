@@ -23,6 +23,8 @@ class FrameReader {
   /// Fills bytes (ChannelCount of them) with the frame, counted from 0. Raises Error from "Sequence.Play"
   /// when the file cannot be read or is damaged there.
   void Read(uint32_t frame, std::span<uint8_t> bytes);
+  /// Whether every frame can be read; all are decoded for it.
+  [[nodiscard]] bool Intact();
 
  private:
   void ReadPlain(uint32_t frame, std::span<uint8_t> bytes);

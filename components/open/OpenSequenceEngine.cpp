@@ -47,6 +47,7 @@ void OpenSequenceEngine::Load(const std::string& szFilename) {
   m_Sequence.reset();
   auto sequence = std::make_unique<OpenSequence>(LoadOpenSequence(m_Files, m_FullPath, szFilename));
   m_Cursor = std::make_unique<SequenceCursor>(*sequence);
+  m_Harmless.reset();
   m_Sequence = std::move(sequence);
 }
 
@@ -82,6 +83,7 @@ void OpenSequenceEngine::Start() {
     m_Cursor->Restart(nanoseconds(0));
   }
   m_Playing = true;
+  m_Unseen = NobodySees();
   if (m_HasMedia) return;
   m_Cursor->Restart(nanoseconds(0));
   // Begun in a millisecond, as everything is: the timers' ticks then lie on what is due.
@@ -136,14 +138,14 @@ void OpenSequenceEngine::SyncToMusic(int32_t lMilliseconds) {
 }
 
 bool OpenSequenceEngine::GetEvent(LightingEvent& event) {
-  if (!m_Playing || !m_HasMedia) return false;
+  if (!m_Playing || !m_HasMedia || m_Unseen) return false;
   if (m_Cursor->Next(event)) return true;
   m_Cursor->Prefetch();
   return false;
 }
 
 NextDue OpenSequenceEngine::NextEventDue() {
-  if (!m_Playing || !m_HasMedia) return NextDue::Never();
+  if (!m_Playing || !m_HasMedia || m_Unseen) return NextDue::Never();
   const auto due = m_Cursor->NextDue();
   return due ? NextDue::At(CeilMilliseconds(*due)) : NextDue::Never();
 }
@@ -226,7 +228,15 @@ void OpenSequenceEngine::BeginNextRound(Elapsed now) {
   m_Cursor->NextRound();
 }
 
+/// A damaged frame must fail when its time comes, seen or not.
+bool OpenSequenceEngine::NobodySees() {
+  if (!m_CIO || m_CIO->EventsAreSeen()) return false;
+  if (!m_Harmless) m_Harmless = !m_Sequence->Frames || m_Sequence->Frames->Intact();
+  return *m_Harmless;
+}
+
 void OpenSequenceEngine::SendDue() {
+  if (m_Unseen) return;
   while (m_Cursor->Next(m_Event)) Send(m_Event);
 }
 
@@ -242,7 +252,8 @@ void OpenSequenceEngine::Send(const LightingEvent& event) {
 
 void OpenSequenceEngine::Sleep() {
   const nanoseconds end = RoundLength();
-  m_Timer->QuietUntil(MomentOf(std::min(m_Cursor->NextDue().value_or(end), end)));
+  const auto due = m_Unseen ? std::nullopt : m_Cursor->NextDue();
+  m_Timer->QuietUntil(MomentOf(std::min(due.value_or(end), end)));
 }
 
 void OpenSequenceEngine::Close() {

@@ -21,6 +21,8 @@ namespace vex {
 /// What starts exactly at the end is still played. A round of a loop begins where the one before ended, not
 /// when somebody looked. A failure while playing by its own clock (a damaged frame, a control that refuses)
 /// ends the sequence and is raised by the next PlayState.
+///
+/// Where nobody sees the events (ChannelIO::EventsAreSeen) none is worked out, unless one of them would fail.
 class OpenSequenceEngine final : public SequenceEngine {
  public:
   OpenSequenceEngine(vex::Clock& clock, EventLoop& eventLoop, Files& files, SequencePathFinder fullPath);
@@ -62,6 +64,7 @@ class OpenSequenceEngine final : public SequenceEngine {
   [[nodiscard]] std::chrono::nanoseconds RoundLength() const;
   [[nodiscard]] std::chrono::nanoseconds Position(Elapsed now) const;
   [[nodiscard]] Elapsed MomentOf(std::chrono::nanoseconds position) const;
+  [[nodiscard]] bool NobodySees();
   void PlayPass();
   void PlayUntil(Elapsed now);
   void BeginNextRound(Elapsed now);
@@ -86,7 +89,9 @@ class OpenSequenceEngine final : public SequenceEngine {
   double m_Rate = 1.0;
   bool m_HasMedia = false;
   bool m_Playing = false;
-  bool m_Sent = false;  // something waits for the flush
+  bool m_Sent = false;             // something waits for the flush
+  bool m_Unseen = false;           // what is due is not even worked out
+  std::optional<bool> m_Harmless;  // all frames can be read; looked at only where it matters
   Elapsed m_RoundStart{0};
   LightingEvent m_Event;  // used again for each event, so that playing allocates nothing
   std::exception_ptr m_Failure;

@@ -7,7 +7,8 @@
 
 namespace vex {
 
-RecordedChannelIO::RecordedChannelIO(std::shared_ptr<Recorder> recorder) : m_Recorder(std::move(recorder)) {}
+RecordedChannelIO::RecordedChannelIO(std::shared_ptr<Recorder> recorder, bool boolEventsAreSeen)
+    : m_Recorder(std::move(recorder)), m_EventsAreSeen(boolEventsAreSeen) {}
 
 void RecordedChannelIO::ConfigureValue(int32_t lNetwork, int16_t value) {
   m_Recorder->InputOutput("configureValue", {lNetwork, int32_t{value}});
@@ -55,6 +56,7 @@ bool RecordedChannelIO::AcceptsCircuit(int32_t, int32_t, int32_t lCircuit) {
 void RecordedChannelIO::SendEvent(int32_t lNetwork, int32_t lUnit, int32_t lCircuit, double startLevel,
                                   double endLevel, const std::string& szCommand, double rate,
                                   int32_t lStartMs, int32_t lEndMs, int32_t lDurationMs) {
+  if (!m_Recorder->WantsInputOutput("send")) return;
   m_Recorder->InputOutput("send", {lNetwork, lUnit, lCircuit, startLevel, endLevel, szCommand, rate, lStartMs,
                                    lEndMs, lDurationMs});
 }

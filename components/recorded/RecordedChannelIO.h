@@ -17,7 +17,8 @@ class RecordedChannelIO final : public ChannelIO {
   static constexpr int32_t LastUnit = 64;
   static constexpr int32_t LastCircuit = 512;
 
-  explicit RecordedChannelIO(std::shared_ptr<Recorder> recorder);
+  /// Where nobody reads the lighting events, they need not be sent.
+  explicit RecordedChannelIO(std::shared_ptr<Recorder> recorder, bool boolEventsAreSeen = true);
 
   void ConfigureValue(int32_t lNetwork, int16_t value) override;
   void ConfigureFlag(int32_t lNetwork, bool boolFlag) override;
@@ -33,6 +34,7 @@ class RecordedChannelIO final : public ChannelIO {
                  const std::string& szCommand, double rate, int32_t lStartMs, int32_t lEndMs,
                  int32_t lDurationMs) override;
   void Flush() override;
+  [[nodiscard]] bool EventsAreSeen() const override { return m_EventsAreSeen; }
   void SetLink(const std::string& szHost, int16_t localPort, int16_t remotePort) override;
   void SupportsSpecial(bool boolSupports) override;
   void LinkEnabled(bool boolEnabled) override;
@@ -42,6 +44,7 @@ class RecordedChannelIO final : public ChannelIO {
 
  private:
   std::shared_ptr<Recorder> m_Recorder;
+  bool m_EventsAreSeen;
   bool m_LinkEnabled = false;
 };
 

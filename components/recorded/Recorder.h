@@ -30,6 +30,8 @@ class Recorder {
   void MediaOpen(const std::string& szFile);
   void Media(std::string_view szCall);
   void InputOutput(std::string_view szCall, const std::vector<JsonValue>& arguments);
+  /// For a call that comes so often that its arguments, too, are to cost nothing.
+  [[nodiscard]] bool WantsInputOutput(std::string_view szCall) const { return Wanted("io", szCall); }
   void Window(std::string_view szCall);
   void Shell(const std::string& szCommandLine);
 

@@ -47,6 +47,9 @@ class ChannelIO {
                          double endLevel, const std::string& szCommand, double rate, int32_t lStartMs,
                          int32_t lEndMs, int32_t lDurationMs) = 0;
   virtual void Flush() = 0;
+  /// A hint, not a role: false where nobody can see lighting events, as when only a rehearsal's course
+  /// counts; what is sent may then be left out, flushes with it. Stays as it is.
+  [[nodiscard]] virtual bool EventsAreSeen() const { return true; }
 
   virtual void SetLink(const std::string& szHost, int16_t localPort, int16_t remotePort) = 0;
   virtual void SupportsSpecial(bool boolSupports) = 0;

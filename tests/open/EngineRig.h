@@ -47,6 +47,7 @@ class NotedLights final : public ChannelIO {
     Note(line.str());
   }
   void Flush() override { Note("flush"); }
+  bool EventsAreSeen() const override { return Seen; }
   void SetLink(const std::string&, int16_t, int16_t) override {}
   void SupportsSpecial(bool) override {}
   void LinkEnabled(bool) override {}
@@ -58,6 +59,7 @@ class NotedLights final : public ChannelIO {
   bool Whole = false;
   bool FailSends = false;
   int32_t RefuseNext = 0;  // so many of the next events
+  bool Seen = true;
   int32_t MostUnits = 64;
 
  private:
