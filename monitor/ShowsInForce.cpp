@@ -61,6 +61,33 @@ class FirstShow {
   TimeRange m_Range;
 };
 
+/// The first moment after now at which something begins or ends. Some questions count a bound itself and some
+/// do not, so the second after it is one too.
+class NextMoment {
+ public:
+  NextMoment(DateTime dtNow, DateTime dtFirst) : m_Now(dtNow), m_First(dtFirst) {}
+
+  void Consider(DateTime dtBound) {
+    for (const int64_t after : {0, 1}) {
+      const DateTime moment = dtBound.PlusSeconds(after);
+      if (moment > m_Now && moment < m_First) m_First = moment;
+    }
+  }
+  /// The bounds that lie on the present day.
+  void Consider(const Schedule& schedule) {
+    const int32_t lDay = WeekTimeFromDate(m_Now)->Day();
+    for (const auto* node = schedule.FirstNode(); node != nullptr; node = node->NextNode()) {
+      for (const auto& bound : {node->Obj()->StartTime(), node->Obj()->EndTime()})
+        if (bound->Day() == lDay) Consider(m_Now.DatePart().PlusSeconds(bound->DaySecond()));
+    }
+  }
+  [[nodiscard]] DateTime First() const { return m_First; }
+
+ private:
+  DateTime m_Now;
+  DateTime m_First;
+};
+
 template <class Visit>
 void ForEachShow(const Schedule& schedule, Visit visit) {
   for (const auto* node = schedule.FirstNode(); node != nullptr; node = node->NextNode()) {
@@ -116,6 +143,22 @@ ShowsInForce::EventReference ShowsInForce::GetNextShowEvent(const EventReference
     if (EventReference interrupting = FirstShowWithin(*current, dtNow)) return interrupting;
   }
   return range.HasEnd() ? GetCurrentShowEvent(range.EndTime()) : nullptr;
+}
+
+DateTime ShowsInForce::SameUntil(DateTime dtNow) const {
+  const DateTime dtToday = dtNow.DatePart();
+  NextMoment next(dtNow, dtToday.PlusDays(1));
+  next.Consider(dtToday);
+  if (m_Schedule != nullptr) next.Consider(*m_Schedule);
+  if (m_YearSchedule != nullptr) {
+    if (const auto day = m_YearSchedule->DateSchedule(dtNow)) next.Consider(*day);
+  }
+  if (m_OnDemandEvent) {
+    const TimeRange& range = *m_OnDemandEvent->Range();
+    if (range.HasStart()) next.Consider(range.StartTime());
+    if (range.HasEnd()) next.Consider(range.EndTime());
+  }
+  return next.First();
 }
 
 ShowsInForce::EventReference ShowsInForce::FirstShowWithin(const MonitoredShowEvent& current,

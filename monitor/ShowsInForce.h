@@ -37,6 +37,10 @@ class ShowsInForce {
   [[nodiscard]] EventReference GetNextShowEvent(const EventReference& current,
                                                 const EventReference& scheduled, DateTime dtNow) const;
 
+  /// Up to that moment, at most the next midnight, every second gets the answers that dtNow gets, as long as
+  /// schedules, on-demand event and current event stay as they are.
+  [[nodiscard]] DateTime SameUntil(DateTime dtNow) const;
+
   /// The first dated show that starts later than the moment and before the end (open without one).
   [[nodiscard]] EventReference FirstYearShowWithin(const TimeRange& span) const;
   /// The same of the weekly schedule.

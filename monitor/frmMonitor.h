@@ -55,6 +55,9 @@ struct MonitorSurroundings {
   bool CheckInstallation = true;
   /// Sees every line that has a text, level 0 and below too; may be empty.
   std::function<void(int32_t lLevel, const std::string& szText, const SequencePlayInfo*)> LogTrace;
+  /// Heartbeats that would find everything as the one before did are left out. Only where time is virtual,
+  /// a file that changes is told of with WakeHeartbeat, and nobody looks for the lines of level 0.
+  bool HeartbeatsRest = false;
 };
 
 /// The hidden main form: it owns everything else. It starts the player, decides once a second which show
@@ -91,6 +94,8 @@ class frmMonitor final : public StatusReport {
                                                 const EventReference& scheduled, DateTime dtNow) const;
   void PlayShowEvent(const EventReference& event);
   void LoadSchedules();
+  /// Something outside that the heartbeat looks at may have changed; needed only where heartbeats rest.
+  void WakeHeartbeat() { tmNextAction->Wake(); }
   void RequestGracefulShutdown();
   void RequestImmediateShutdown();
   void HandleShowOnDemand(const std::string& szText);
@@ -139,6 +144,8 @@ class frmMonitor final : public StatusReport {
   void tmrVexMsgQueue_Timer();
   void tmrUnloadGracefully_Timer();
   void Heartbeat();
+  void RestUntilNextMoment();
+  [[nodiscard]] bool HeartbeatMayRest() const;
   void HeartbeatFailed(const std::string& szDescription);
 
   // Messages.

@@ -24,18 +24,23 @@ void frmMonitor::m_FormHook_AfterMessage(const WindowMessage& message) {
   GuardHandler(*this, "m_FormHook_AfterMessage", [&] {
     m_Label1 = FormatDateTime(m_Clock.Now());
     if (message.uMsg != WM_COPYDATA) return;
+    WakeHeartbeat();
     ReceiveVexMessage(message.wParam, message.Copy, m_MsgQueue);
     tmrVexMsgQueue->Enabled(true);
     if (m_MsgQueue.Count() >= MostWaiting) m_Surroundings.Desktop.TakeMessages(m_hWnd, false);
   });
 }
 
+// The message may be there in the very millisecond of a heartbeat, which it precedes, and what it changes is
+// changed in the next one: so the heartbeat is woken by both.
+//
 // A message that fails ends the tick; the timer stays enabled, so the next tick goes on behind it.
 void frmMonitor::tmrVexMsgQueue_Timer() {
   const Elapsed begin = m_Clock.Elapsed();
   GuardHandler(*this, "tmrVexMsgQueue_Timer", [&] {
     while (!m_Unloaded && m_MsgQueue.Count() >= 1) {
       if (m_Clock.Elapsed() - begin >= LongestTick) return;
+      WakeHeartbeat();
       HandleMessage(m_MsgQueue.Dequeue());
     }
     if (!m_Unloaded) m_Surroundings.Desktop.TakeMessages(m_hWnd, true);

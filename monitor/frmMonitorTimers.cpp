@@ -22,19 +22,41 @@ void frmMonitor::tmCIODelay_Timer() {
 void frmMonitor::tmNextAction_Timer() {
   if (m_ShuttingDown) return;
   tmNextAction->Enabled(false);
+  bool boolDone = false;
   try {
     Heartbeat();
+    boolDone = true;
   } catch (const Error& error) {
     HeartbeatFailed(error.Description);
   } catch (const std::exception& error) {
     HeartbeatFailed(error.what());
   }
-  if (!m_Unloaded) tmNextAction->Enabled(true);
+  if (m_Unloaded) return;
+  tmNextAction->Enabled(true);
+  if (boolDone && m_Surroundings.HeartbeatsRest) IgnoreErrors([this] { RestUntilNextMoment(); });
 }
 
 void frmMonitor::Heartbeat() {
   AnnounceToTray();
   PlayShowEvent(GetCurrentShowEvent(m_Clock.Now()));
+}
+
+// The present second has begun already, so what is left of the time is up to a second less.
+void frmMonitor::RestUntilNextMoment() {
+  if (!HeartbeatMayRest()) return;
+  const DateTime dtNow = m_Clock.Now();
+  const int64_t wait = InForce().SameUntil(dtNow).SecondsSince(dtNow) - 1;
+  tmNextAction->QuietUntil(m_Clock.Elapsed() + std::chrono::seconds(wait));
+}
+
+// Either nothing plays and nothing should, or what should play does; then the next heartbeat, too, does
+// nothing. Everything else is under way, or is told anew at each heartbeat.
+bool frmMonitor::HeartbeatMayRest() const {
+  const ShowPlayer& player = Required(m_ShowPlayer);
+  if (player.NextShow()) return false;
+  const bool boolWanted = !Required(GetCurrentShowEvent(m_Clock.Now())).Filename().empty();
+  if (!player.CurrentShow()) return !boolWanted;
+  return boolWanted && !player.CurrentShow()->Monitoring()->ShuttingDown();
 }
 
 void frmMonitor::PlayShowEvent(const EventReference& event) {

@@ -115,6 +115,14 @@ int Rehearse(CommandContext& context, const RehearseOptions& options) {
   auto inputs = ReadInputs(files, options.Inputs, rehearsal.From);
   if (rehearsal.From >= rehearsal.Until) throw CommandFailure(ExitUsage, "--until is not after --from");
 
+  const Printer printer(options.Only);
+  const auto printed = [&](const char* szKind, const char* szCall) {
+    return context.Json && !options.Summary &&
+           printer.Prints({.Kind = szKind, .Call = szCall, .Level = 0, .Text = "", .Play = "", .File = ""});
+  };
+  rehearsal.DetailIsRead = printed("log", "");
+  rehearsal.LightingIsRead = printed("io", "send") || printed("io", "flush");
+
   MediaProbe probe(files);
   Rehearsal evening(files, *settings, rehearsal, std::move(inputs), [&probe](const std::string& szPath) {
     const ProbedMedia media = probe.Look(szPath);
@@ -122,7 +130,6 @@ int Rehearse(CommandContext& context, const RehearseOptions& options) {
     if (!media.Failure.empty()) facts.Errors.push_back(media.Failure);
     return facts;
   });
-  const Printer printer(options.Only);
   const bool boolTells = !context.Json && !options.Summary;
   Narrator narrator([&evening] { return evening.Now(); },
                     boolTells ? [](const std::string& szLine) { std::cout << AnsiToUtf8(szLine) << "\n"; }

@@ -103,7 +103,7 @@ void MonitorRig::Make() {
   Monitor = std::make_unique<frmMonitor>(MonitorSurroundings{
       Time ? *Time : Host.Clock(), Host.EventLoop(), Desktop ? *Desktop : Host.Windows(), Host.Registry(),
       Host.Files(), Host.Processes(), Host.SingleInstance(), Host.MessageBoxes(), newDevices, CommandLine, 1,
-      StatusFile ? StatusPath : "", 4711, CheckInstallation, trace});
+      StatusFile ? StatusPath : "", 4711, CheckInstallation, trace, HeartbeatsRest});
 }
 
 void MonitorRig::Load() {

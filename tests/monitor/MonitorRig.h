@@ -106,6 +106,7 @@ class MonitorRig {
   std::string CommandLine;
   bool CheckInstallation = false;
   bool StatusFile = false;
+  bool HeartbeatsRest = false;
   std::function<void()> FailDevices;
   Windows* Desktop = nullptr;  ///< in place of the host's
   Clock* Time = nullptr;       ///< in place of the host's

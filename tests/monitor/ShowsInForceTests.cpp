@@ -321,5 +321,66 @@ TEST_F(ShowsInForceTest, ACandidateAlwaysStartsWithinItsSpan) {
   }));
 }
 
+// From a moment to the one that SameUntil tells, every second has the same decision and the same next show.
+TEST_F(ShowsInForceTest, NothingChangesBeforeTheNextMoment) {
+  EXPECT_TRUE(rc::check([] {
+    Schedule week;
+    YearSchedule year;
+    std::shared_ptr<MonitoredShowEvent> onDemand;
+    const auto day = rc::gen::inRange(0, 4);
+    const auto second = rc::gen::inRange(0, 86400);
+    const auto weekTime = [&] { return NewWeekTime(Thursday - 1 + *day, 0, 0, *second); };
+    for (int i = 0; i < 5; ++i) {
+      try {
+        week.AddShowEventByFile("w" + std::to_string(i), weekTime(), weekTime());
+        const DateTime start = On(23 + *day, 0).PlusSeconds(*second);
+        year.AddShowEventByFile("y" + std::to_string(i), start, start.PlusSeconds(1 + *second));
+      } catch (const Error&) {
+        continue;  // they conflict
+      }
+    }
+    const bool boolNoSchedule = *rc::gen::inRange(0, 5) == 0;
+    if (*rc::gen::arbitrary<bool>()) {
+      onDemand = Event("(od,(F,,F,),2,F)");
+      if (*rc::gen::arbitrary<bool>()) onDemand->Range()->StartTime(On(23 + *day, 0).PlusSeconds(*second));
+      if (*rc::gen::arbitrary<bool>()) onDemand->Range()->EndTime(On(23 + *day, 0).PlusSeconds(*second));
+    }
+    const ShowsInForce shows(&week, &year, onDemand, boolNoSchedule);
+    const auto answers = [&](DateTime dtTime, const std::shared_ptr<MonitoredShowEvent>& current) {
+      const auto scheduled = shows.GetCurrentShowEvent(dtTime);
+      const auto next = shows.GetNextShowEvent(current, scheduled, dtTime);
+      return scheduled->Serialize() + (next ? next->Serialize() : " none");
+    };
+    DateTime dtNow = On(23 + *day, 0).PlusSeconds(*second);
+    for (int moments = 0; moments < 8; ++moments) {
+      const DateTime dtUntil = shows.SameUntil(dtNow);
+      RC_ASSERT(dtUntil > dtNow);
+      RC_ASSERT(dtUntil <= dtNow.DatePart().PlusDays(1));
+      const auto current = shows.GetCurrentShowEvent(dtNow);
+      const std::string szFirst = answers(dtNow, current);
+      const auto span = static_cast<int32_t>(dtUntil.SecondsSince(dtNow));
+      RC_ASSERT(answers(dtUntil.PlusSeconds(-1), current) == szFirst);
+      for (int looks = 0; looks < 20; ++looks)
+        RC_ASSERT(answers(dtNow.PlusSeconds(*rc::gen::inRange(0, span)), current) == szFirst);
+      dtNow = dtUntil;
+    }
+  }));
+}
+
+// Bounds that fall together with midnight, or with each other, are moments too.
+TEST_F(ShowsInForceTest, TheNextMomentIsABoundTheSecondAfterItOrMidnight) {
+  Weekly("eve", Thursday, 18, Thursday, 22);
+  Dated("noon", On(24, 12), On(24, 13));
+  const auto until = [this](DateTime dtNow) { return FormatDateTime(Shows().SameUntil(dtNow)); };
+  EXPECT_EQ(until(On(24, 0)), "2026-12-24 00:00:01");
+  EXPECT_EQ(until(On(24, 0, 0, 1)), "2026-12-24 12:00:00");
+  EXPECT_EQ(until(On(24, 12)), "2026-12-24 12:00:01");
+  EXPECT_EQ(until(On(24, 12, 0, 1)), "2026-12-24 13:00:00");
+  EXPECT_EQ(until(On(24, 17, 59, 59)), "2026-12-24 18:00:00");
+  EXPECT_EQ(until(On(24, 22, 0, 1)), "2026-12-25 00:00:00");
+  m_OnDemand = Event("(od,(F,,T,2026-12-24 23:00:00),2,F)");
+  EXPECT_EQ(until(On(24, 22, 0, 1)), "2026-12-24 23:00:00");
+}
+
 }  // namespace
 }  // namespace vex

@@ -57,9 +57,11 @@ class Rehearsal::Stage {
       : m_Options(options), m_Inputs(std::move(inputs)), m_Library(std::move(library)), m_Host(options.From) {
     m_Host.Registry().Load(settings);
     m_Host.Files().FallThrough(&files);
+    m_Host.EventLoop().EveryTick(options.EveryTick);
     m_Host.MessageBoxes().OnShow([this](const VirtualMessageBoxes::Box& box) { NoteBox(box); });
     m_Host.Windows().Sent(
         [this](WindowHandle, const VirtualWindows::Message& message) { NoteSent(message); });
+    if (m_Options.Faults || m_Options.Watch) m_Options.DetailIsRead = m_Options.LightingIsRead = true;
     if (m_Options.Faults) PlanFaults(*m_Options.Faults);
     if (m_Options.Watch)
       m_Invariants.emplace(m_Host.Clock(), [this](const std::string& szShow) { return LightsOffOf(szShow); });
@@ -168,7 +170,8 @@ class Rehearsal::Stage {
         .Pid = 0,
         .CheckInstallation = false,
         .LogTrace = [this](int32_t lLevel, const std::string& szText,
-                           const SequencePlayInfo* playInfo) { NoteLog(lLevel, szText, playInfo); }});
+                           const SequencePlayInfo* playInfo) { NoteLog(lLevel, szText, playInfo); },
+        .HeartbeatsRest = !m_Options.DetailIsRead});
   }
 
   [[nodiscard]] MediaFacts FactsOf(const MediaNames& names, const std::string& szPath) {
@@ -194,7 +197,7 @@ class Rehearsal::Stage {
     const auto find = [this](const std::string& szName, bool boolIsAudio) {
       return FullSequencePath(m_Host.Registry(), szName, boolIsAudio);
     };
-    m_Lights = std::make_shared<RecordedChannelIO>(recorder);
+    m_Lights = std::make_shared<RecordedChannelIO>(recorder, m_Options.LightingIsRead);
     m_Media = std::make_shared<RecordedMediaPlayer>(
         m_Host.Clock(), m_Host.EventLoop(), recorder,
         [names](const std::string& szPath) { return names->NameOf(szPath); },
@@ -241,6 +244,7 @@ class Rehearsal::Stage {
       files.Put(files.SystemPath(copy.To), szContents);
     else
       static_cast<void>(files.Remove(files.SystemPath(copy.To)));
+    m_Form->WakeHeartbeat();
   }
   void Do(const InputMediaError& error) {
     if (m_Media) m_Media->InjectErrors(error.Descriptions);

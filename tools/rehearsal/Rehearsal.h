@@ -30,6 +30,13 @@ struct RehearsalOptions {
   std::optional<uint64_t> Faults;
   /// Whether what must hold in every evening is looked after; see Broken.
   bool Watch = false;
+  /// Whether anybody reads lines of level 0, and lighting events with their flushes. What nobody reads is
+  /// left out together with the work for it; everything else stays the same to the millisecond. With faults,
+  /// or watched, nothing is left out.
+  bool DetailIsRead = true;
+  bool LightingIsRead = true;
+  /// Ticks each millisecond and beats each second, as if nobody knew that nothing is due; to compare with.
+  bool EveryTick = false;
 };
 
 /// One thing that happened, before it is written as a line: so that what nobody wants to read costs nothing.
@@ -48,7 +55,7 @@ struct RehearsalEvent {
 /// program, no message box. Files are read from the real machine, each once, and never written; only a copy
 /// among the inputs changes one, and that only here. The same options, inputs and files always give the same.
 ///
-/// A quiet stretch costs nothing but its heartbeats.
+/// A quiet stretch costs nothing but its heartbeats; where nobody reads the detail, nothing.
 class Rehearsal {
  public:
   /// Whether a thing is wanted as a line.
