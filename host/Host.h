@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "host/Clock.h"
 #include "host/Datagrams.h"
@@ -39,6 +40,16 @@ class Host {
   virtual void DriveTable(std::function<std::string(char)> /*lookUp*/) {}
   /// The file that holds the settings, a path of the machine in UTF-8; empty where it keeps them elsewhere.
   [[nodiscard]] virtual std::string SettingsFile() const { return {}; }
+  /// What stands behind the program's name on its command line, in single-byte text: the arguments joined by
+  /// one blank, where the machine does not keep the line itself.
+  [[nodiscard]] virtual std::string CommandLine(int argc, char** argv) const;
+  /// The arguments in UTF-8, and a terminal that takes UTF-8 from now on.
+  [[nodiscard]] virtual std::vector<std::string> Arguments(int argc, char** argv) const;
+  /// Stays the same for this machine; empty where nothing tells it.
+  [[nodiscard]] virtual std::string MachineId() { return {}; }
+  /// Where the user's schedules belong unless the settings say so, as the system writes paths, with its "\".
+  /// Raises Error when nothing tells.
+  [[nodiscard]] virtual std::string UserDataFolder() { return {}; }
   /// The handler runs on the loop when the machine asks the program to end (termination, an interrupt from
   /// the terminal). Without it the program just ends.
   virtual void OnTerminate(std::function<void()> /*handler*/) {}

@@ -15,8 +15,10 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
+# Windows 7 and later.
+set(CMAKE_C_FLAGS_INIT "-D_WIN32_WINNT=0x0601")
 if(MINGW_ARCH STREQUAL "i686")
   # The old floating-point unit keeps more digits than a double has; shows would be timed by other figures.
-  set(CMAKE_C_FLAGS_INIT "-msse2 -mfpmath=sse")
-  set(CMAKE_CXX_FLAGS_INIT "-msse2 -mfpmath=sse")
+  string(APPEND CMAKE_C_FLAGS_INIT " -msse2 -mfpmath=sse")
 endif()
+set(CMAKE_CXX_FLAGS_INIT "${CMAKE_C_FLAGS_INIT}")

@@ -12,8 +12,8 @@
 #include "host/CodePage.h"
 #include "host/EventLoop.h"
 #include "host/linux/Descriptor.h"
+#include "host/ThreadedLookUp.h"
 #include "host/linux/LinuxClock.h"
-#include "host/linux/LinuxHostLookUp.h"
 #include "host/linux/SystemError.h"
 
 namespace vex {
@@ -190,7 +190,7 @@ std::unique_ptr<DatagramSocket> LinuxDatagrams::NewSender(uint32_t multicastInte
 
 std::unique_ptr<HostLookUp> LinuxDatagrams::LookUp(EventLoop& loop, const std::string& szHost,
                                                    HostLookUpHandler handler) {
-  return std::make_unique<LinuxHostLookUp>(loop, szHost, AskNameService, std::move(handler));
+  return std::make_unique<ThreadedLookUp>(loop, szHost, AskNameService, std::move(handler));
 }
 
 bool LinuxDatagrams::Resolve(const std::string& szHost, uint32_t& address) {

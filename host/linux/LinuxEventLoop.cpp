@@ -85,7 +85,7 @@ LinuxEventLoop::LinuxEventLoop()
 LinuxEventLoop::~LinuxEventLoop() = default;
 
 std::unique_ptr<Timer> LinuxEventLoop::NewTimer(TimerOrder order) {
-  return std::make_unique<LinuxTimer>(*this, std::make_shared<TimerState>(order, ++m_Created));
+  return m_Timers.NewTimer(order);
 }
 
 std::unique_ptr<Signal> LinuxEventLoop::NewSignal(std::function<void()> handler) {
@@ -152,12 +152,6 @@ bool LinuxEventLoop::TrySharpTimers() {
   return sched_setscheduler(0, SCHED_FIFO | SCHED_RESET_ON_FORK, &parameters) == 0;
 }
 
-void LinuxEventLoop::ClockWasSet() {
-  const Elapsed now = Now();
-  const std::vector<std::shared_ptr<TimerState>> timers(m_Due.begin(), m_Due.end());
-  for (const auto& timer : timers) Change(timer, [&] { timer->Wake(now); });
-}
-
 /// Arms the wall clock's timer for a moment that never comes, to be told when the clock is set.
 void LinuxEventLoop::WatchClock() {
   itimerspec never{};
@@ -166,8 +160,8 @@ void LinuxEventLoop::WatchClock() {
 }
 
 void LinuxEventLoop::Arm() {
-  const Elapsed due =
-      m_Due.empty() || (*m_Due.begin())->m_Due == Elapsed::max() ? Elapsed(0) : (*m_Due.begin())->m_Due;
+  const Elapsed first = m_Timers.FirstDue();
+  const Elapsed due = first == Elapsed::max() ? Elapsed(0) : first;
   if (due == m_Armed) return;
   // Setting the timer also takes away that it has run out, so it is never read.
   itimerspec when{};
@@ -184,7 +178,7 @@ void LinuxEventLoop::Turn(bool boolWait) {
   const int count =
       epoll_wait(m_Epoll.Get(), events.data(), static_cast<int>(events.size()), boolWait ? -1 : 0);
   if (count > 0) HandleSources(std::span(events).first(static_cast<size_t>(count)));
-  TickDueTimers();
+  m_Timers.TickDue(m_Quit);
 }
 
 void LinuxEventLoop::HandleSources(std::span<const epoll_event> events) {
@@ -204,29 +198,6 @@ void LinuxEventLoop::HandleSources(std::span<const epoll_event> events) {
     const Mark running(source->Running);
     source->Handler();
   }
-}
-
-void LinuxEventLoop::TickDueTimers() {
-  const Elapsed now = Now();
-  while (!m_Quit && !m_Due.empty() && (*m_Due.begin())->m_Due <= now) TickFirst(now);
-}
-
-void LinuxEventLoop::TickFirst(Elapsed now) {
-  auto node = m_Due.extract(m_Due.begin());
-  const std::shared_ptr<TimerState> timer = node.value();
-  timer->PassTo(now);
-  const auto putBack = [&] {
-    timer->m_Ticking = false;
-    if (timer->m_Enabled) m_Due.insert(std::move(node));
-  };
-  timer->m_Ticking = true;
-  try {
-    if (const auto tick = timer->m_Tick) (*tick)();
-  } catch (...) {
-    putBack();
-    throw;
-  }
-  putBack();
 }
 
 }  // namespace vex

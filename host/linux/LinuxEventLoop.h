@@ -2,14 +2,13 @@
 
 #include <functional>
 #include <memory>
-#include <set>
 #include <span>
 #include <unordered_map>
 #include <vector>
 
+#include "host/TimerList.h"
 #include "host/linux/Descriptor.h"
 #include "host/linux/LinuxClock.h"
-#include "host/linux/LinuxTimer.h"
 
 struct epoll_event;
 
@@ -46,19 +45,13 @@ class LinuxEventLoop : public EventLoop {
   /// true when granted.
   bool TrySharpTimers();
   /// Wakes every timer; called when the wall clock has been set.
-  void ClockWasSet();
+  void ClockWasSet() { m_Timers.WakeAll(); }
   /// Counts the turns, for those who ration what they take in one.
   [[nodiscard]] uint64_t Turns() const { return m_Turns; }
 
-  // For the loop's own timers and watches.
   [[nodiscard]] Elapsed Now() const { return m_Clock.Elapsed(); }
-  /// Applies a change to when or whether a timer is due.
-  template <class Action>
-  void Change(const std::shared_ptr<TimerState>& state, Action action) {
-    m_Due.erase(state);
-    action();
-    if (state->m_Enabled && !state->m_Ticking) m_Due.insert(state);
-  }
+
+  // For the loop's own watches.
   void Forget(uint64_t id, int fd);
 
  private:
@@ -66,27 +59,19 @@ class LinuxEventLoop : public EventLoop {
     std::function<void()> Handler;
     bool Running = false;
   };
-  struct EarlierTimer {
-    bool operator()(const std::shared_ptr<TimerState>& a, const std::shared_ptr<TimerState>& b) const {
-      return a->Earlier(*b);
-    }
-  };
-
   [[nodiscard]] std::unique_ptr<Watch> NewWatch(int64_t handle, uint32_t events,
                                                 std::function<void()> handler);
   void WatchClock();
   void Arm();
   void Turn(bool boolWait);
   void HandleSources(std::span<const epoll_event> events);
-  void TickDueTimers();
-  void TickFirst(Elapsed now);
 
   LinuxClock m_Clock;
   Descriptor m_Epoll;
   Descriptor m_TimerFd;
   Descriptor m_ClockFd;
   Descriptor m_SignalFd;
-  std::set<std::shared_ptr<TimerState>, EarlierTimer> m_Due;
+  TimerList m_Timers{m_Clock};
   std::unordered_map<uint64_t, std::shared_ptr<Source>> m_Sources;
   std::unique_ptr<Watch> m_ClockWatch;
   std::unique_ptr<Watch> m_SignalWatch;

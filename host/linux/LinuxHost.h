@@ -32,6 +32,9 @@ class LinuxHost : public Host {
   vex::PlayerFinder& PlayerFinder() override { return m_PlayerFinder; }
 
   void DriveTable(std::function<std::string(char)> lookUp) override { m_Files.Drives(std::move(lookUp)); }
+  [[nodiscard]] std::string MachineId() override;
+  /// $XDG_DATA_HOME/vexmonitor, else ~/.local/share/vexmonitor.
+  [[nodiscard]] std::string UserDataFolder() override;
   [[nodiscard]] std::string SettingsFile() const override { return m_Registry.File(); }
   void OnTerminate(std::function<void()> handler) override { m_EventLoop.OnTerminate(std::move(handler)); }
   bool SharpTimers() override { return m_EventLoop.TrySharpTimers(); }

@@ -17,12 +17,6 @@
 
 namespace {
 
-std::string CommandLineOf(int argc, char** argv) {
-  std::string szCommandLine;
-  for (int i = 1; i < argc; ++i) szCommandLine += (i > 1 ? " " : "") + std::string(argv[i]);
-  return szCommandLine;
-}
-
 void TraceSchedules() {
   const char* szTrace = std::getenv("VEX_TRACE");
   if (szTrace == nullptr || std::strcmp(szTrace, "1") != 0) return;
@@ -35,20 +29,13 @@ void SetDriveTable(vex::Host& host) {
   });
 }
 
-/// What stays the same for this machine; empty where it has no such file.
-std::string MachineId(vex::Files& files) {
-  std::string szId;
-  (void)files.Read(files.SystemPath("/etc/machine-id"), szId);
-  return szId.substr(0, szId.find('\n'));
-}
-
 vex::Devices MakeDevices(vex::Host& host) {
   vex::Registry& registry = host.Registry();
   return vex::NewDevices({host.Clock(), host.EventLoop(), host.Files(), host.Datagrams(), registry,
                           [&registry](const std::string& szName, bool boolIsAudio) {
                             return vex::FullSequencePath(registry, szName, boolIsAudio);
                           },
-                          MachineId(host.Files())});
+                          host.MachineId()});
 }
 
 /// The first request from the machine is a graceful one, the next one is not.
@@ -92,7 +79,7 @@ int main(int argc, char** argv) {
   try {
     TraceSchedules();
     const auto host = vex::NativeHost();
-    return RunPlayer(*host, CommandLineOf(argc, argv));
+    return RunPlayer(*host, host->CommandLine(argc, argv));
   } catch (const std::exception& error) {
     std::cerr << "VexMonitor: " << vex::AnsiToUtf8(error.what()) << '\n';
     return 1;

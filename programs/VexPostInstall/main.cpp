@@ -1,4 +1,3 @@
-#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <string>
@@ -53,25 +52,13 @@ class ProductSettings {
   RegistryKey m_Key;
 };
 
-/// $XDG_DATA_HOME/vexmonitor, else ~/.local/share/vexmonitor.
-std::string DefaultUserDataFolder(Files& files) {
-  const char* const dataHome = std::getenv("XDG_DATA_HOME");
-  if (dataHome && *dataHome) return files.SystemPath(std::string(dataHome) + "/vexmonitor");
-  const char* const home = std::getenv("HOME");
-  if (!home || !*home) {
-    throw Error(ErrorFileNotFound, "VexPostInstall",
-                "neither XDG_DATA_HOME nor HOME says where user data belong");
-  }
-  return files.SystemPath(std::string(home) + "/.local/share/vexmonitor");
-}
-
 void Install(Host& host) {
   Registry& registry = host.Registry();
   Files& files = host.Files();
   host.DriveTable(
       [&registry](char letter) { return GetProductString(registry, std::string(1, letter), "Drives", ""); });
   std::string szUserData = GetProductString(registry, "UserDataPath", "", "");
-  if (szUserData.empty()) szUserData = DefaultUserDataFolder(files) + "\\";
+  if (szUserData.empty()) szUserData = host.UserDataFolder();
   if (!files.MakeFolder(szUserData)) {
     throw Error(ErrorFileNotFound, "VexPostInstall", "cannot make the user data folder " + szUserData);
   }

@@ -1,9 +1,11 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "basic/Error.h"
 #include "host/Host.h"
@@ -51,6 +53,13 @@ class Overview : public CLI::Formatter {
   }
 };
 
+/// As the parser takes them: without the program's name, the last one first.
+std::vector<std::string> Reversed(std::vector<std::string> arguments) {
+  if (!arguments.empty()) arguments.erase(arguments.begin());
+  std::ranges::reverse(arguments);
+  return arguments;
+}
+
 int Run(int argc, char** argv) {
   const auto host = vex::NativeHost();
   host->DriveTable([&registry = host->Registry()](char letter) {
@@ -77,7 +86,7 @@ int Run(int argc, char** argv) {
   vex::AddWhyCommand(app, context);
   vex::AddRehearseCommand(app, context);
   try {
-    app.parse(argc, argv);
+    app.parse(Reversed(host->Arguments(argc, argv)));
     return context.Status;
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? vex::ExitDone : vex::ExitUsage;

@@ -11,7 +11,7 @@
 
 #include "basic/Error.h"
 #include "host/linux/LinuxEventLoop.h"
-#include "host/linux/LinuxHostLookUp.h"
+#include "host/ThreadedLookUp.h"
 
 namespace vex {
 namespace {
@@ -120,7 +120,7 @@ TEST_F(LinuxDatagramsTest, AReceiverMayGoInItsHandler) {
 /// A name service that takes its time: it answers when it is told to.
 class SlowNameService {
  public:
-  [[nodiscard]] LinuxHostLookUp::Resolver Resolver(bool boolFound) const {
+  [[nodiscard]] ThreadedLookUp::Resolver Resolver(bool boolFound) const {
     return [wait = m_Answer.get_future().share(), asked = m_Asked, boolFound](const std::string&,
                                                                               uint32_t& address) {
       wait.wait();
@@ -138,10 +138,10 @@ class SlowNameService {
   std::shared_ptr<std::promise<void>> m_Asked = std::make_shared<std::promise<void>>();
 };
 
-class LinuxHostLookUpTest : public LinuxDatagramsTest {
+class ThreadedLookUpTest : public LinuxDatagramsTest {
  protected:
   void Ask(bool boolFound) {
-    m_LookUp = std::make_unique<LinuxHostLookUp>(Loop, "tree.local", m_Service.Resolver(boolFound),
+    m_LookUp = std::make_unique<ThreadedLookUp>(Loop, "tree.local", m_Service.Resolver(boolFound),
                                                  [this](std::optional<uint32_t> address) {
                                                    m_LookUp.reset();
                                                    m_Answers.push_back(address);
@@ -154,7 +154,7 @@ class LinuxHostLookUpTest : public LinuxDatagramsTest {
   std::vector<std::optional<uint32_t>> m_Answers;
 };
 
-TEST_F(LinuxHostLookUpTest, TheLoopTicksOnWhileTheNameServiceTakesItsTime) {
+TEST_F(ThreadedLookUpTest, TheLoopTicksOnWhileTheNameServiceTakesItsTime) {
   int ticks = 0;
   const auto timer = Loop.NewTimer(TimerOrder::Component);
   timer->Tick([&] {
@@ -167,14 +167,14 @@ TEST_F(LinuxHostLookUpTest, TheLoopTicksOnWhileTheNameServiceTakesItsTime) {
   EXPECT_EQ(m_Answers, (std::vector<std::optional<uint32_t>>{0x0A000005}));
 }
 
-TEST_F(LinuxHostLookUpTest, ANameThatIsNotKnownIsAnAnswerToo) {
+TEST_F(ThreadedLookUpTest, ANameThatIsNotKnownIsAnAnswerToo) {
   Ask(false);
   m_Service.Answer();
   Loop.Run();
   EXPECT_EQ(m_Answers, (std::vector<std::optional<uint32_t>>{std::nullopt}));
 }
 
-TEST_F(LinuxHostLookUpTest, AQuestionThatIsLetGoIsNotAnswered) {
+TEST_F(ThreadedLookUpTest, AQuestionThatIsLetGoIsNotAnswered) {
   Ask(true);
   m_LookUp.reset();
   m_Service.Answer();
@@ -183,7 +183,7 @@ TEST_F(LinuxHostLookUpTest, AQuestionThatIsLetGoIsNotAnswered) {
   EXPECT_TRUE(m_Answers.empty());
 }
 
-TEST_F(LinuxHostLookUpTest, MayBeLetGoAtAnyMomentOfItsAnswer) {
+TEST_F(ThreadedLookUpTest, MayBeLetGoAtAnyMomentOfItsAnswer) {
   constexpr int rounds = 300;
   int answers = 0;
   for (int round = 0; round < rounds; ++round) {
@@ -191,7 +191,7 @@ TEST_F(LinuxHostLookUpTest, MayBeLetGoAtAnyMomentOfItsAnswer) {
       address = 0x0A000005;
       return true;
     };
-    LinuxHostLookUp lookUp(Loop, "tree.local", resolve, [&](std::optional<uint32_t> address) {
+    ThreadedLookUp lookUp(Loop, "tree.local", resolve, [&](std::optional<uint32_t> address) {
       EXPECT_EQ(address, 0x0A000005U);
       ++answers;
     });
@@ -200,7 +200,7 @@ TEST_F(LinuxHostLookUpTest, MayBeLetGoAtAnyMomentOfItsAnswer) {
   EXPECT_LE(answers, rounds);
 }
 
-TEST_F(LinuxHostLookUpTest, AProgramEndsAtOnceWhileTheNameServiceIsSilent) {
+TEST_F(ThreadedLookUpTest, AProgramEndsAtOnceWhileTheNameServiceIsSilent) {
   constexpr unsigned patience = 20;
   EXPECT_EXIT(
       {
@@ -211,7 +211,7 @@ TEST_F(LinuxHostLookUpTest, AProgramEndsAtOnceWhileTheNameServiceIsSilent) {
             while (true) pause();
             return false;
           };
-          const LinuxHostLookUp lookUp(loop, "tree.local", silent, [](std::optional<uint32_t>) {});
+          const ThreadedLookUp lookUp(loop, "tree.local", silent, [](std::optional<uint32_t>) {});
           loop.Pump();
         }
         exit(0);
@@ -219,7 +219,7 @@ TEST_F(LinuxHostLookUpTest, AProgramEndsAtOnceWhileTheNameServiceIsSilent) {
       testing::ExitedWithCode(0), "");
 }
 
-TEST_F(LinuxHostLookUpTest, TheMachinesOwnNameServiceIsAsked) {
+TEST_F(ThreadedLookUpTest, TheMachinesOwnNameServiceIsAsked) {
   std::optional<uint32_t> found;
   const auto lookUp = Network.LookUp(Loop, "localhost", [&](std::optional<uint32_t> address) {
     found = address;

@@ -23,7 +23,7 @@ def try_program(machine, program):
     report.unlink(missing_ok=True)
     status = machine.run(program, [f"--gtest_output=xml:{report.name}", "--gtest_brief=1"], output=output)
     good, bad, left_out = count.report_counts(report) if report.exists() else (0, 0, 0)
-    if status != 0 and bad == 0:
+    if (status != 0 or not report.exists()) and bad == 0:
         bad = 1
     if bad:
         lines = output.read_text(encoding="utf-8", errors="replace").splitlines()

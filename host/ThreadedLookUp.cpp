@@ -1,4 +1,4 @@
-#include "host/linux/LinuxHostLookUp.h"
+#include "host/ThreadedLookUp.h"
 
 #include <mutex>
 #include <system_error>
@@ -8,7 +8,7 @@
 namespace vex {
 
 /// What both threads hold; it lives as long as the one that lets it go last.
-struct LinuxHostLookUp::Question {
+struct ThreadedLookUp::Question {
   std::mutex Guard;
   Signal* Answered = nullptr;  ///< none once nobody waits for the answer
   std::optional<uint32_t> Address;
@@ -20,7 +20,7 @@ struct LinuxHostLookUp::Question {
   }
 };
 
-LinuxHostLookUp::LinuxHostLookUp(EventLoop& loop, const std::string& szHost, Resolver resolve,
+ThreadedLookUp::ThreadedLookUp(EventLoop& loop, const std::string& szHost, Resolver resolve,
                                  HostLookUpHandler handler)
     : m_Question(std::make_shared<Question>()),
       m_Answered(loop.NewSignal([question = m_Question, handler = std::move(handler)] {
@@ -41,7 +41,7 @@ LinuxHostLookUp::LinuxHostLookUp(EventLoop& loop, const std::string& szHost, Res
   }
 }
 
-LinuxHostLookUp::~LinuxHostLookUp() {
+ThreadedLookUp::~ThreadedLookUp() {
   const std::lock_guard lock(m_Question->Guard);
   m_Question->Answered = nullptr;
 }

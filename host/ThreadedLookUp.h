@@ -11,15 +11,15 @@ namespace vex {
 /// A question to the name service on a thread of its own, for the service may take many seconds and the show
 /// must not wait. The answer reaches the loop by a signal. A question that is let go leaves its thread to end
 /// by itself; what the thread then finds is heard by nobody.
-class LinuxHostLookUp : public HostLookUp {
+class ThreadedLookUp : public HostLookUp {
  public:
   /// Finds an address, and may wait; called on the other thread.
   using Resolver = std::function<bool(const std::string& szHost, uint32_t& address)>;
 
-  LinuxHostLookUp(EventLoop& loop, const std::string& szHost, Resolver resolve, HostLookUpHandler handler);
-  ~LinuxHostLookUp() override;
-  LinuxHostLookUp(const LinuxHostLookUp&) = delete;
-  LinuxHostLookUp& operator=(const LinuxHostLookUp&) = delete;
+  ThreadedLookUp(EventLoop& loop, const std::string& szHost, Resolver resolve, HostLookUpHandler handler);
+  ~ThreadedLookUp() override;
+  ThreadedLookUp(const ThreadedLookUp&) = delete;
+  ThreadedLookUp& operator=(const ThreadedLookUp&) = delete;
 
  private:
   struct Question;

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
-#include "host/linux/LinuxTimer.h"
+#include "host/TimerList.h"
 
 namespace vex::test {
 namespace {

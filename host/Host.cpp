@@ -1,0 +1,15 @@
+#include "host/Host.h"
+
+namespace vex {
+
+std::string Host::CommandLine(int argc, char** argv) const {
+  std::string szCommandLine;
+  for (int i = 1; i < argc; ++i) szCommandLine += (i > 1 ? " " : "") + std::string(argv[i]);
+  return szCommandLine;
+}
+
+std::vector<std::string> Host::Arguments(int argc, char** argv) const {
+  return {argv, argv + argc};
+}
+
+}  // namespace vex

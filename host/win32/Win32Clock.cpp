@@ -1,0 +1,59 @@
+#include "host/win32/Win32Clock.h"
+
+#include <array>
+
+#include "host/win32/AnsiText.h"
+#include "host/win32/SystemHeaders.h"
+
+namespace vex {
+namespace {
+
+SYSTEMTIME LocalTime() {
+  SYSTEMTIME time{};
+  GetLocalTime(&time);
+  return time;
+}
+
+}  // namespace
+
+Win32Clock::Win32Clock() {
+  LARGE_INTEGER frequency{};
+  QueryPerformanceFrequency(&frequency);
+  m_Frequency = frequency.QuadPart;
+}
+
+DateTime Win32Clock::Now() const {
+  const SYSTEMTIME time = LocalTime();
+  return DateTime::FromParts(time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute, time.wSecond);
+}
+
+double Win32Clock::SecondsOfDay() const {
+  const SYSTEMTIME time = LocalTime();
+  return (time.wHour * 60 + time.wMinute) * 60 + time.wSecond + time.wMilliseconds * 0.001;
+}
+
+std::string Win32Clock::ShortTime() const {
+  const SYSTEMTIME time = LocalTime();
+  std::array<wchar_t, 80> format{};
+  std::array<wchar_t, 80> text{};
+  // The single-byte call does not know the short format everywhere.
+  const bool boolFormat = GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SSHORTTIME, format.data(),
+                                         static_cast<int>(format.size())) > 0;
+  GetTimeFormatW(LOCALE_USER_DEFAULT, boolFormat ? 0 : TIME_NOSECONDS, &time,
+                 boolFormat ? format.data() : nullptr, text.data(), static_cast<int>(text.size()));
+  std::string szTime;
+  (void)AnsiOfUtf8(Utf8OfWide(text.data()), szTime);
+  return szTime;
+}
+
+Elapsed Win32Clock::Elapsed() const {
+  LARGE_INTEGER counter{};
+  QueryPerformanceCounter(&counter);
+  // In two steps, for the whole product would not fit.
+  constexpr int64_t nanoseconds = 1'000'000'000;
+  const int64_t seconds = counter.QuadPart / m_Frequency;
+  const int64_t rest = counter.QuadPart % m_Frequency;
+  return std::chrono::seconds(seconds) + std::chrono::nanoseconds(rest * nanoseconds / m_Frequency);
+}
+
+}  // namespace vex
