@@ -30,7 +30,6 @@ namespace vex {
 namespace {
 
 constexpr int32_t NoType = 0;
-constexpr std::chrono::minutes MeanWhileBetweenFaults{15};
 
 RehearsalEvent DeviceEvent(std::string_view szKind, std::string_view szCall) {
   return {.Kind = szKind, .Call = szCall, .Level = 0, .Text = "", .Play = "", .File = ""};
@@ -110,7 +109,7 @@ class Rehearsal::Stage {
 
   void PlanFaults(uint64_t seed) {
     m_Faults = std::make_unique<RandomFaults>(
-        m_Host.Clock(), seed, MeanWhileBetweenFaults,
+        m_Host.Clock(), seed, m_Options.MeanBetweenFaults,
         [this](std::string_view szCall, std::string_view szFile) { NoteFault(szCall, szFile); });
     m_FaultyFiles = std::make_unique<FaultyFiles>(m_Host.Files(), *m_Faults);
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -11,6 +12,7 @@
 #include "basic/DateTime.h"
 #include "components/recorded/JsonLine.h"
 #include "components/recorded/MediaFacts.h"
+#include "host/Clock.h"
 #include "tools/rehearsal/RehearsalInputs.h"
 
 namespace vex {
@@ -28,6 +30,7 @@ struct RehearsalOptions {
   bool AssumeMedia = false;
   /// Devices and files fail at random, by this seed.
   std::optional<uint64_t> Faults;
+  Elapsed MeanBetweenFaults = std::chrono::minutes(15);
   /// Whether what must hold in every evening is looked after; see Broken.
   bool Watch = false;
   /// Whether anybody reads lines of level 0, and lighting events with their flushes. What nobody reads is
