@@ -46,6 +46,11 @@ nlohmann::ordered_json AboutFile(const NamedFile& file, FileKind kind, bool bool
   return {{"file", file.Given}, {"kind", KindWord(kind)}, {"ok", boolOk}};
 }
 
+std::string FailureLine(const std::string& szFile, const Error& error, const std::string& szWords) {
+  return szFile + ": " +
+         OneLine(error.Description + NumberAndSource(error) + (szWords.empty() ? "" : ": ") + szWords);
+}
+
 void PrintFailure(CommandContext& context, const NamedFile& file, FileKind kind, const FileOutcome& outcome) {
   const Error& error = *outcome.Failure;
   context.Status = ExitCannot;
@@ -56,8 +61,7 @@ void PrintFailure(CommandContext& context, const NamedFile& file, FileKind kind,
     line["description"] = AnsiToUtf8(error.Description);
     std::cout << line.dump() << "\n" << std::flush;
   }
-  std::cerr << "vexctl: " << file.Given << ": " << OneLine(error.Description + NumberAndSource(error))
-            << (outcome.Words.empty() ? "" : ": ") << OneLine(outcome.Words) << "\n";
+  std::cerr << "vexctl: " << FailureLine(file.Given, error, outcome.Words) << "\n";
 }
 
 void PrintDone(const CommandContext& context, const FileOutcome& outcome, const std::string& szWords) {

@@ -22,6 +22,10 @@ struct NamedFile {
 /// {"file":...,"kind":...,"ok":...}: how every answer about a file begins.
 [[nodiscard]] nlohmann::ordered_json AboutFile(const NamedFile& file, FileKind kind, bool boolOk);
 
+/// "FILE: description (number N, source): words", one line whatever a damaged file has put into it.
+[[nodiscard]] std::string FailureLine(const std::string& szFile, const Error& error,
+                                      const std::string& szWords);
+
 /// Tells of a failure: the error object with --json, and always one line on standard error. The command's
 /// status becomes 1.
 void PrintFailure(CommandContext& context, const NamedFile& file, FileKind kind, const FileOutcome& outcome);

@@ -2,30 +2,34 @@
 
 #include "basic/Error.h"
 #include "monitor/Installation.h"
+#include "programs/vexctl/FileAnswer.h"
 #include "schedule/ScheduleFunctions.h"
 #include "schedule/YearScheduleFunctions.h"
 #include "settings/LibFile.h"
+#include "tools/authoring/DamagePlace.h"
 
 namespace vex {
 namespace {
 
 /// The file given, which must be readable, or the one in the user data folder.
-std::string FileToRead(Files& files, const std::string& szGiven, const std::string& szUserDataFile) {
+std::string FileToRead(CommandContext& context, const std::string& szGiven,
+                       const std::string& szUserDataFile) {
   if (szGiven.empty()) return szUserDataFile;
-  std::string szPath = files.SystemPath(szGiven);
+  const NamedFile file = FileFromArgument(context, szGiven);
   std::string szText;
-  if (!ReadFile(files, szPath, szText))
+  if (!ReadFile(context.Machine.Files(), file.Path, szText))
     throw CommandFailure(ExitCannot, szGiven + ": the file is missing or cannot be read");
-  return szPath;
+  return file.Path;
 }
 
 template <class Load>
-auto Understood(const std::string& szPath, Load load) {
+auto Understood(Files& files, const std::string& szPath, FileKind kind, Load load) {
   try {
     return load();
   } catch (const Error& error) {
-    throw CommandFailure(ExitCannot, szPath + ": " + error.Description + " (number " +
-                                         std::to_string(error.Number) + ", " + error.Source + ")");
+    std::string szText;
+    const std::string szPlace = ReadFile(files, szPath, szText) ? DamagePlace(kind, szText) : std::string();
+    throw CommandFailure(ExitCannot, FailureLine(files.HostPath(szPath), error, szPlace));
   }
 }
 
@@ -41,10 +45,10 @@ BothSchedules ReadSchedules(CommandContext& context, const std::string& szWeekFi
   Files& files = context.Machine.Files();
   BothSchedules schedules;
   schedules.UserDataPath = UserDataFolder(context);
-  const std::string szWeek = FileToRead(files, szWeekFile, schedules.UserDataPath + WeekFilename);
-  const std::string szYear = FileToRead(files, szYearFile, schedules.UserDataPath + YearFilename);
-  schedules.Weekly = Understood(szWeek, [&] { return LoadSchedule(files, szWeek); });
-  schedules.Year = Understood(szYear, [&] { return LoadYearSchedule(files, szYear); });
+  const std::string szWeek = FileToRead(context, szWeekFile, schedules.UserDataPath + WeekFilename);
+  const std::string szYear = FileToRead(context, szYearFile, schedules.UserDataPath + YearFilename);
+  schedules.Weekly = Understood(files, szWeek, FileKind::Week, [&] { return LoadSchedule(files, szWeek); });
+  schedules.Year = Understood(files, szYear, FileKind::Year, [&] { return LoadYearSchedule(files, szYear); });
   return schedules;
 }
 

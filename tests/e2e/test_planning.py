@@ -90,10 +90,13 @@ class Planning(stage.Stage):
         for command in (["timeline", "--from", "2026-12-24 18:00", "--to", "2026-12-24 19:00"], ["why"]):
             answer = self.vexctl(*command, *self.files)
             self.assertEqual(answer.returncode, 1)
-            self.assertIn("w.qsc", answer.stderr)
+            self.assertEqual(len(answer.stderr.splitlines()), 1)
+            self.assertIn("w.qsc: Badly formatted list, enclosing parens (number 1, Serialize.ListFromText): it has 2",
+                          answer.stderr)
         answer = self.vexctl("why", "--week", str(self.folder / "gone.qsc"))
         self.assertEqual(answer.returncode, 1)
         self.assertIn("gone.qsc", answer.stderr)
+        self.assertEqual(self.vexctl("why", "--week", "☃.qsc").returncode, 2)
 
     def why(self, *arguments):
         answer = self.vexctl("--json", "why", *arguments)
