@@ -117,6 +117,16 @@ TEST_F(ChangeScheduleTest, ADamagedFileIsLeftAsItIsAndThePlaceIsTold) {
   EXPECT_EQ(Contents(m_Files, Week), "((1,2))");
 }
 
+TEST_F(ChangeScheduleTest, NothingIsWrittenThatCannotBeReadBack) {
+  const std::string szWithoutLength = "((0,2,(,0,a),0),(7,2,(,0,b),0),(547400,2,(,0,n),5976))";
+  m_Files.Put(Week, szWithoutLength);
+  ASSERT_EQ(Told(ReadWeek(m_Files, Week)), "done");
+  const WeekOutcome week = Remove("Mon 19:00");
+  EXPECT_EQ(Told(week), "1" + Conflict);
+  EXPECT_EQ(week.Words.substr(0, 50), "what would be written cannot be read back: event 2");
+  EXPECT_EQ(Contents(m_Files, Week), szWithoutLength);
+}
+
 TEST_F(ChangeScheduleTest, AFileThatCannotBeWrittenIsAsItWas) {
   m_Files.Put(Week, MondayShow);
   m_Files.FailWrites(Week, "No space left on device");

@@ -122,6 +122,10 @@ TEST(ShowJson, ANumberIsAWholeOneOf32Bits) {
         << szNumber;
 }
 
+TEST(ShowJson, ANumberBeyondAllBoundsIsRefused) {
+  EXPECT_EQ(Wrong(R"("startupType":1e999)"), "13//the show: holds a number beyond all bounds, like 1e999");
+}
+
 TEST(ShowJson, ACharacterOutsideTheCodePageIsRefusedWithItsPlace) {
   EXPECT_EQ(Wrong("\"musical\":{\"sequences\":[\"\xE2\x98\x83.vexseq\"]}"),
             "13//musical.sequences[0]: holds a character outside Windows-1252");

@@ -1,5 +1,6 @@
 #include "tools/authoring/ChangeSchedule.h"
 
+#include <optional>
 #include <utility>
 
 #include "schedule/ScheduleFunctions.h"
@@ -63,6 +64,20 @@ Outcome ReadSchedule(Files& files, const std::string& szPath) {
   }
 }
 
+/// Events without a length, which a file edited by hand may hold, can leave a text that no reader takes: the
+/// player would be left without its schedule.
+template <class Outcome>
+std::optional<Outcome> CannotBeReadBack(const Outcome& outcome, const std::string& szText) {
+  try {
+    Outcome again;
+    Understand(szText, again);
+    return std::nullopt;
+  } catch (const Error& error) {
+    return Refused<Outcome>(
+        error, "what would be written cannot be read back: " + DamagePlace(KindOf(outcome), szText));
+  }
+}
+
 /// One change from reading to writing, with nobody else's between. `change` gives the words for what it has
 /// done, `explain` those for why it failed.
 template <class Outcome, class Change, class Explain>
@@ -79,6 +94,7 @@ Outcome Changed(Files& files, const std::string& szPath, Change change, Explain 
   } catch (const Error& error) {
     return Refused<Outcome>(error, explain(schedule, error));
   }
+  if (auto unreadable = CannotBeReadBack(outcome, TextOf(schedule))) return *unreadable;
   if (!schedule.Save(files, szPath, &szReason)) return Unwritten<Outcome>(szReason);
   outcome.Text = TextOf(schedule);
   return outcome;

@@ -13,8 +13,9 @@ namespace vex {
 
 /// Changes to the schedule files. Each reads the file under its lock, makes one change and writes the whole
 /// file or leaves the old one, so that two programs at once lose no change and the player never reads half
-/// a file. A file that does not exist is an empty schedule. Failures are those of reading, of the change,
-/// and number 75 or 76 where the file cannot be written; then the file is as it was.
+/// a file. A file that does not exist is an empty schedule. Failures are those of reading, of the change, of
+/// reading back what would be written, and number 75 or 76 where the file cannot be written; then the file
+/// is as it was.
 
 struct WeekOutcome : FileOutcome {
   /// The schedule as it was read or written; empty after a failure.

@@ -160,6 +160,8 @@ nlohmann::json Parsed(std::string_view szJson) {
     return nlohmann::json::parse(szJson, std::ref(namesOnce));
   } catch (const nlohmann::json::parse_error& error) {
     RefuseJson(LineAndColumn(szJson, error.byte), "the text is no JSON from here on");
+  } catch (const nlohmann::json::out_of_range&) {
+    RefuseJson("the show", "holds a number beyond all bounds, like 1e999");
   }
 }
 
