@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "bench/PacketReceiver.h"
+#include "bench/ShowStage.h"
 #include "components/ComponentTable.h"
 #include "host/Host.h"
 #include "player/ShowPlayer.h"
@@ -30,71 +31,12 @@ namespace vex {
 namespace {
 
 using bench::Arrival;
+using bench::E131Port;
+using bench::FrameMs;
+using bench::Percentile;
+using bench::RealTimeNs;
 
-constexpr uint16_t E131Port = 5568;
-constexpr int32_t FrameMs = 25;
 constexpr const char* SourceName = "SyncBench";
-
-class Silent : public StatusReport {
- public:
-  void LogMessage(int32_t lLevel, const std::string& szText, const SequencePlayInfo*) override {
-    if (lLevel >= LevelError) std::fprintf(stderr, "%s\n", szText.c_str());
-  }
-  void ReportShowsToTray(bool) override {}
-};
-
-int64_t RealTimeNs() {
-  timespec time{};
-  clock_gettime(CLOCK_REALTIME, &time);
-  return time.tv_sec * 1000000000LL + time.tv_nsec;
-}
-
-void WriteWave(const std::string& szPath, int seconds) {
-  constexpr uint32_t rate = 44100;
-  const auto count = static_cast<uint32_t>(seconds) * rate;
-  std::ofstream file(szPath, std::ios::binary);
-  const auto number = [&file](uint32_t value, int bytes) {
-    for (int i = 0; i < bytes; ++i) file.put(static_cast<char>(value >> (8 * i)));
-  };
-  file << "RIFF";
-  number(36 + count * 2, 4);
-  file << "WAVEfmt ";
-  number(16, 4);
-  number(1, 2);
-  number(1, 2);
-  number(rate, 4);
-  number(rate * 2, 4);
-  number(2, 2);
-  number(16, 2);
-  file << "data";
-  number(count * 2, 4);
-  for (uint32_t i = 0; i < count; ++i) number(i * 40 & 0x0FFF, 2);
-}
-
-/// Frame n holds n in the first two slots of each universe, and something else in every slot each frame.
-std::string FrameFile(int seconds) {
-  constexpr uint32_t channels = 4 * 512;
-  const auto frames = static_cast<uint32_t>(seconds * 1000 / FrameMs);
-  std::string szFile = "PSEQ";
-  const auto number = [&szFile](uint32_t value, int bytes) {
-    for (int i = 0; i < bytes; ++i) szFile += static_cast<char>(value >> (8 * i));
-  };
-  number(28, 2);
-  number(0, 1);
-  number(1, 1);
-  number(28, 2);
-  number(channels, 4);
-  number(frames, 4);
-  number(FrameMs, 1);
-  szFile.resize(28, '\0');
-  for (uint32_t frame = 0; frame < frames; ++frame) {
-    for (uint32_t channel = 0; channel < channels; ++channel) {
-      const uint32_t slot = channel % 512;
-      szFile += static_cast<char>(slot == 0 ? frame : slot == 1 ? frame >> 8 : frame + slot);
-    }
-  }
-  return szFile;
-}
 
 long PrivateKilobytes() {
   std::ifstream file("/proc/self/smaps_rollup");
@@ -115,12 +57,6 @@ double CpuSeconds() {
   getrusage(RUSAGE_SELF, &usage);
   return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
          static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-}
-
-double Percentile(std::vector<double> values, double share) {
-  if (values.empty()) return NAN;
-  std::sort(values.begin(), values.end());
-  return values[static_cast<size_t>(share * static_cast<double>(values.size() - 1))];
 }
 
 struct Sample {
@@ -151,17 +87,9 @@ void Report(const std::vector<Arrival>& arrivals, const std::vector<Sample>& sam
 }
 
 int Run(int seconds) {
-  char pattern[] = "/tmp/vexsyncXXXXXX";
-  const std::string szFolder = mkdtemp(pattern);
-  setenv("VEX_RUNTIME_DIR", (szFolder + "/run").c_str(), 1);
-  setenv("VEX_SETTINGS", (szFolder + "/settings.reg").c_str(), 1);
-  std::ofstream(szFolder + "/settings.reg")
-      << "Windows Registry Editor Version "
-         "5.00\n\n[HKEY_CURRENT_USER\\Software\\Brillara\\Output]\n\"Host\"=\"127.0.0.1\"\n"
-         "\"SourceName\"=\"SyncBench\"\n\n[HKEY_CURRENT_USER\\Software\\Brillara\\Components]"
-         "\n\"AudioOutput\"=\"null\"\n";
-  WriteWave(szFolder + "/song.wav", seconds);
-  std::ofstream(szFolder + "/frames.fseq", std::ios::binary) << FrameFile(seconds);
+  const std::string szFolder = bench::MakeFolder(SourceName);
+  bench::WriteWave(szFolder + "/song.wav", seconds);
+  std::ofstream(szFolder + "/frames.fseq", std::ios::binary) << bench::FrameFile(seconds);
   const std::string szPlace = "Z:\\\\" + szFolder.substr(1);  // as JSON writes it
   std::ofstream(szFolder + "/song.vexseq") << R"({"format":"vexseq","version":1,"media":")" << szPlace
                                            << R"(/song.wav","frames":")" << szPlace << R"(/frames.fseq"})";
@@ -169,7 +97,7 @@ int Run(int seconds) {
   bench::PacketReceiver receiver(E131Port, SourceName);
   const auto host = NativeHost();
   std::printf("sharp timers %s\n", host->SharpTimers() ? "granted" : "not granted");
-  Silent report;
+  bench::Silent report;
   Networks networks(host->Registry());
   const auto find = [&](const std::string& szName, bool boolIsAudio) {
     return FullSequencePath(host->Registry(), szName, boolIsAudio);

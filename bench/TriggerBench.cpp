@@ -158,7 +158,8 @@ int Run(int presses, bool boolSharp) {
   const auto lights = devices.Lights;
   const auto media = devices.Media;
   const auto showTimer = host->EventLoop().NewTimer(TimerOrder::tmrShowPlayer);
-  ShowPlayer player({report, host->Clock(), host->Processes(), host->Registry(), networks, devices, 1});
+  ShowPlayer player({report, host->Clock(), host->Processes(), host->Registry(), networks, devices, 1,
+                     std::make_shared<frmMediaPlayer>(devices.Window, devices.Media)});
   player.InitControls(*showTimer, lights, media);
   const uint16_t port = FreePort();
   lights->SetLink("127.0.0.1", static_cast<int16_t>(port), 0);

@@ -131,7 +131,8 @@ size_t XServer::Colours(const Window& window) const {
   if (szPhoto.size() < words * 4) return 0;
   const size_t pixels = BigEndian(szPhoto, 0) + BigEndian(szPhoto, 19) * 12;  // behind header and colour map
   std::set<std::string> colours;
-  for (size_t at = pixels; at + 4 <= szPhoto.size(); at += 4) colours.insert(szPhoto.substr(at, 3));
+  constexpr size_t step = 4 * 13;  // enough pixels to tell a picture from an empty window
+  for (size_t at = pixels; at + 4 <= szPhoto.size(); at += step) colours.insert(szPhoto.substr(at, 3));
   return colours.size();
 }
 

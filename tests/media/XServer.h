@@ -35,7 +35,7 @@ class XServer {
   [[nodiscard]] Window Find(const std::string& szCaption) const;
   /// Presses its close box, as a window manager does.
   void Close(const std::string& szCaption) const;
-  /// How many different colours a photograph of the window has.
+  /// How many different colours some pixels of a photograph of the window have.
   [[nodiscard]] size_t Colours(const Window& window) const;
 
  private:

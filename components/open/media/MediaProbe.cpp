@@ -46,6 +46,8 @@ class MediaProbe::Core {
   Core& operator=(const Core&) = delete;
 
   std::string Failure;
+  /// It goes on to files that nobody asked for and is of no more use.
+  bool Astray = false;
 
   [[nodiscard]] ProbedMedia Look(const std::string& szHostPath) {
     if (!Failure.empty()) return {"", std::nullopt, Failure};
@@ -61,6 +63,8 @@ class MediaProbe::Core {
       } else if (event->event_id == MPV_EVENT_END_FILE) {
         const auto& end = *static_cast<const mpv_event_end_file*>(event->data);
         if (end.reason == MPV_END_FILE_REASON_ERROR) media.Failure = m_Library.ErrorString(end.error);
+        Astray = end.reason == MPV_END_FILE_REASON_REDIRECT;
+        if (Astray) media.Failure = "it is a list of files or a folder";
         break;
       }
     }
@@ -87,8 +91,7 @@ class MediaProbe::Core {
     for (int64_t track = 0; track < tracks; ++track) {
       const std::string szTrack = "track-list/" + std::to_string(track) + "/";
       const std::string szType = Text(szTrack + "type");
-      const bool boolPicture = Text(szTrack + "albumart") == "yes" || Text(szTrack + "image") == "yes";
-      if (szType == "video" && !boolPicture)
+      if (szType == "video" && Text(szTrack + "albumart") != "yes")
         media.MediaType = "video";
       else if (szType == "audio" && media.MediaType.empty())
         media.MediaType = "audio";
@@ -106,7 +109,9 @@ MediaProbe::~MediaProbe() = default;
 
 ProbedMedia MediaProbe::Look(const std::string& szPath) {
   if (!m_Core) m_Core = std::make_unique<Core>();
-  return m_Core->Look(m_Files.HostPath(szPath));
+  ProbedMedia media = m_Core->Look(m_Files.HostPath(szPath));
+  if (m_Core->Astray) m_Core.reset();
+  return media;
 }
 
 }  // namespace vex

@@ -327,8 +327,7 @@ void MpvMediaPlayer::PropertyChanged(const mpv_event_property& property) {
   if (property.format != MPV_FORMAT_STRING) return;
   const std::string_view szOutput = *static_cast<char* const*>(property.data);
   if (std::string_view(property.name) == "current-vo") {
-    if (m_BlindnessTold || !m_Window->Missing(szOutput)) return;
-    m_BlindnessTold = true;
+    if (m_Window->DrawnBy(szOutput) || std::exchange(m_BlindnessTold, true)) return;
     if (Trouble) Trouble("Video cannot be shown: no display can be opened (see DISPLAY); the sound plays on");
     return;
   }

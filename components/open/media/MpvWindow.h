@@ -41,12 +41,14 @@ class MpvWindow final : public MediaWindow {
   /// The core is a new one, or is gone.
   void CoreChanged() { m_Made = false; }
   void CoreGone() { m_Core = nullptr; }
-  /// The library draws with that driver; true when a window is wanted and that driver has none.
-  [[nodiscard]] bool Missing(std::string_view szDriver) const { return m_Made && szDriver == "null"; }
+  /// The library draws with that driver; false when a window is wanted and that driver has none.
+  [[nodiscard]] bool DrawnBy(std::string_view szDriver) const { return !m_Made || szDriver != NoDriver; }
   /// Somebody has pressed the close box.
   void CloseBoxPressed();
 
  private:
+  static constexpr const char* NoDriver = "null";
+
   void Apply();
   void Set(const char* szProperty, const std::string& szValue);
 
