@@ -22,6 +22,7 @@ class VirtualProcesses final : public vex::Processes {
   void WaitFor(ProcessId process) override;
 
   [[nodiscard]] const std::vector<Started>& Starts() const { return m_Starts; }
+  void ForgetStarts() { m_Starts.clear(); }
   [[nodiscard]] const std::vector<ProcessId>& Waits() const { return m_Waits; }
 
   /// Called for each start: the program's work, done by the test.

@@ -58,8 +58,13 @@ class Rehearsal::Stage {
     m_Host.Files().FallThrough(&files);
     m_Host.EventLoop().EveryTick(options.EveryTick);
     m_Host.MessageBoxes().OnShow([this](const VirtualMessageBoxes::Box& box) { NoteBox(box); });
-    m_Host.Windows().Sent(
-        [this](WindowHandle, const VirtualWindows::Message& message) { NoteSent(message); });
+    // What the machine writes down for tests is let go at once, for a season is long.
+    m_Host.Processes().OnStart(
+        [this](const VirtualProcesses::Started&) { m_Host.Processes().ForgetStarts(); });
+    m_Host.Windows().Sent([this](WindowHandle hWnd, const VirtualWindows::Message& message) {
+      NoteSent(message);
+      m_Host.Windows().ForgetReceived(hWnd);
+    });
     if (m_Options.Faults || m_Options.Watch) m_Options.DetailIsRead = m_Options.LightingIsRead = true;
     if (m_Options.Faults) PlanFaults(*m_Options.Faults);
     if (m_Options.Watch)
