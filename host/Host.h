@@ -18,6 +18,9 @@
 
 namespace vex {
 
+/// Where a program prints what it was asked for, and what it has to say besides.
+enum class StandardStream { Output, Error };
+
 /// Everything asked of the machine, gathered. Programs make one and hand each class the one or two seams
 /// that it uses; nothing below a program takes the whole host.
 class Host {
@@ -50,6 +53,8 @@ class Host {
   /// Where the user's schedules belong unless the settings say so, as the system writes paths, with its "\".
   /// Raises Error when nothing tells.
   [[nodiscard]] virtual std::string UserDataFolder() { return {}; }
+  /// Whether a person sees at once what is printed there; false where it goes to a file or another program.
+  [[nodiscard]] virtual bool IsTerminal(StandardStream /*stream*/) const { return false; }
   /// The handler runs on the loop when the machine asks the program to end (termination, an interrupt from
   /// the terminal). Without it the program just ends.
   virtual void OnTerminate(std::function<void()> /*handler*/) {}

@@ -1,5 +1,7 @@
 #include "host/linux/LinuxHost.h"
 
+#include <unistd.h>
+
 #include <csignal>
 #include <cstdlib>
 
@@ -38,6 +40,10 @@ std::string LinuxHost::UserDataFolder() {
                 "neither XDG_DATA_HOME nor HOME says where user data belong");
   }
   return m_Files.SystemPath(std::string(home) + "/.local/share/vexmonitor") + "\\";
+}
+
+bool LinuxHost::IsTerminal(StandardStream stream) const {
+  return isatty(stream == StandardStream::Output ? STDOUT_FILENO : STDERR_FILENO) != 0;
 }
 
 std::unique_ptr<Host> NativeHost() {

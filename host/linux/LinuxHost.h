@@ -36,6 +36,7 @@ class LinuxHost : public Host {
   /// $XDG_DATA_HOME/vexmonitor, else ~/.local/share/vexmonitor.
   [[nodiscard]] std::string UserDataFolder() override;
   [[nodiscard]] std::string SettingsFile() const override { return m_Registry.File(); }
+  [[nodiscard]] bool IsTerminal(StandardStream stream) const override;
   void OnTerminate(std::function<void()> handler) override { m_EventLoop.OnTerminate(std::move(handler)); }
   bool SharpTimers() override { return m_EventLoop.TrySharpTimers(); }
 

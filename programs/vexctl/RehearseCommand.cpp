@@ -11,6 +11,7 @@
 #include "host/Files.h"
 #include "host/RegistryText.h"
 #include "player/StatusReport.h"
+#include "programs/vexctl/ProgressBar.h"
 #include "programs/vexctl/ScheduleCommands.h"
 #include "programs/vexctl/ScheduleFiles.h"
 #include "tools/rehearsal/Narrator.h"
@@ -130,17 +131,23 @@ int Rehearse(CommandContext& context, const RehearseOptions& options) {
     if (!media.Failure.empty()) facts.Errors.push_back(media.Failure);
     return facts;
   });
+  ProgressBar bar(context.Machine);
+  const auto print = [&bar](const std::string& szLine) {
+    bar.MakeRoom();
+    std::cout << szLine << "\n";
+  };
   const bool boolTells = !context.Json && !options.Summary;
-  Narrator narrator([&evening] { return evening.Now(); },
-                    boolTells ? [](const std::string& szLine) { std::cout << AnsiToUtf8(szLine) << "\n"; }
-                              : Narrator::Teller());
+  const auto tell = [&print](const std::string& szLine) { print(AnsiToUtf8(szLine)); };
+  Narrator narrator([&evening] { return evening.Now(); }, boolTells ? tell : Narrator::Teller());
   evening.Write(
       [&](const RehearsalEvent& event) {
         narrator.Hear(event);
         return context.Json && !options.Summary && printer.Prints(event);
       },
-      [](const JsonLine& line) { std::cout << line.Text() << "\n"; });
+      [&print](const JsonLine& line) { print(line.Text()); });
+  if (bar.Wanted()) evening.Progress([&](double part) { bar.Show(part, FormatDate(evening.Now())); });
   evening.Run();
+  bar.Clear();
   narrator.Finish();
   if (!context.Json || options.Summary)
     std::cout << narrator.Summary(rehearsal.From, rehearsal.Until) << "\n";

@@ -1,7 +1,11 @@
 """An evening on a virtual clock, by the companion's command."""
 import json
+import os
+import pty
+import re
+import subprocess
 
-from stage import Stage, show
+from stage import Stage, programs, show
 
 
 class Rehearse(Stage):
@@ -126,3 +130,39 @@ class Rehearse(Stage):
             self.assertEqual(len(answer.stderr.splitlines()), 1, (arguments, answer))
         answer = self.vexctl("rehearse", "--from", "2026-12-24 18:00", "--until", "2026-12-24 18:00")
         self.assertEqual(answer.returncode, 2)
+
+    LONG = ["--json", "rehearse", "--from", "2026-03-01 00:00", "--until", "2026-03-16 00:00"]
+
+    def run_long(self, **streams):
+        """Long enough for a bar to appear: the log of a fortnight without a show, a heartbeat each second."""
+        return subprocess.Popen([str(programs() / "vexctl"), *self.LONG], env=self.environment, cwd=self.folder,
+                                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, **streams)
+
+    def test_a_bar_shows_how_far_it_is_and_goes_without_a_trace(self):
+        self.write_week(text="()")
+        ours, theirs = pty.openpty()
+        process = self.run_long(stderr=theirs)
+        os.close(theirs)
+        seen = b""
+        while True:
+            try:
+                more = os.read(ours, 65536)
+            except OSError:  # the other end is closed
+                break
+            seen += more
+        os.close(ours)
+        self.assertEqual(process.wait(), 0)
+        drawn = seen.decode("ascii").split("\r")
+        bars = [line for line in drawn if line.strip()]
+        self.assertTrue(bars, seen)
+        for bar in bars:
+            self.assertRegex(bar, r"^\[=*>? *\] +[0-9]+ %  2026-03-[0-9][0-9]$")
+        parts = [int(re.search("([0-9]+) %", bar)[1]) for bar in bars]
+        self.assertEqual(parts, sorted(parts))
+        self.assertEqual(drawn[-2:], [" " * len(bars[-1]), ""], "the line is left blank, the cursor at its begin")
+
+    def test_without_a_terminal_there_is_no_bar(self):
+        self.write_week(text="()")
+        process = self.run_long(stderr=subprocess.PIPE)
+        self.assertEqual(process.communicate()[1], b"")
+        self.assertEqual(process.returncode, 0)

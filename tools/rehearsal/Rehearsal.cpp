@@ -81,9 +81,7 @@ class Rehearsal::Stage {
     if (!m_Form->Unloaded()) m_Form->Form_Load();
     for (const RehearsalInput& input : m_Inputs)
       m_Host.EventLoop().At(std::chrono::milliseconds(input.AtMs), [this, &input] { Happen(input); });
-    constexpr int64_t perSecond = 1000;
-    const int64_t last = m_Options.Until.SecondsSince(m_Options.From) * perSecond - 1;
-    if (!m_Form->Unloaded()) m_Host.EventLoop().AdvanceTo(std::chrono::milliseconds(last));
+    if (!m_Form->Unloaded()) Advance();
     m_Silent = true;
     if (m_Invariants) m_Invariants->Finish();
   }
@@ -94,8 +92,21 @@ class Rehearsal::Stage {
 
   Filter Wants;
   LineSink Sink;
+  std::function<void(double)> Progress;
 
  private:
+  /// In stretches where somebody waits to be told how far it is.
+  void Advance() {
+    constexpr int64_t perSecond = 1000;
+    constexpr int64_t stretches = 2000;
+    const int64_t last = m_Options.Until.SecondsSince(m_Options.From) * perSecond - 1;
+    for (int64_t done = 1; Progress && done < stretches; ++done) {
+      if (!m_Host.EventLoop().AdvanceTo(std::chrono::milliseconds(last / stretches * done))) return;
+      Progress(static_cast<double>(done) / stretches);
+    }
+    m_Host.EventLoop().AdvanceTo(std::chrono::milliseconds(last));
+  }
+
   /// Makes the line only where somebody wants it.
   template <class Make>
   void Note(const RehearsalEvent& event, Make make) {
@@ -279,6 +290,10 @@ Rehearsal::~Rehearsal() = default;
 void Rehearsal::Write(Filter filter, LineSink sink) {
   m_Stage->Wants = std::move(filter);
   m_Stage->Sink = std::move(sink);
+}
+
+void Rehearsal::Progress(std::function<void(double part)> progress) {
+  m_Stage->Progress = std::move(progress);
 }
 
 DateTime Rehearsal::Now() const {

@@ -78,6 +78,9 @@ class Rehearsal {
   /// Asked for each thing that happens, in order; a thing that is wanted then comes as a line.
   void Write(Filter filter, LineSink sink);
 
+  /// Told now and then, how much of the run is behind, 0 to 1.
+  void Progress(std::function<void(double part)> progress);
+
   /// The wall clock.
   [[nodiscard]] DateTime Now() const;
 
