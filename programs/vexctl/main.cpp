@@ -71,7 +71,10 @@ int Run(int argc, char** argv) {
   app.require_subcommand(1);
   app.formatter(std::make_shared<Overview>());
   app.failure_message([](const CLI::App*, const CLI::Error& error) {
-    return std::string("vexctl: ") + error.what() + "; see vexctl --help\n";
+    const bool boolTooMany = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError);
+    return std::string("vexctl: ") + error.what() +
+           (boolTooMany ? " (a time with a blank in it stands in quotes, as \"Mon 18:00\")" : "") +
+           "; see vexctl --help\n";
   });
   vex::AddStatusCommand(app, context);
   vex::AddWatchCommand(app, context);

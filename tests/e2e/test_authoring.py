@@ -226,6 +226,10 @@ class Week(Authoring):
             self.refused("week", *words, status=2)
         self.assertEqual(self.left_over(), [])
 
+    def test_forgotten_quotes_are_told(self):
+        answer = self.refused("week", "add", "Mon", "18:00", "Mon", "22:00", "eve.shw", status=2)
+        self.assertIn('a time with a blank in it stands in quotes, as "Mon 18:00"', answer.stderr)
+
     def test_without_a_data_folder_there_is_a_remedy(self):
         self.settings.write_text("Windows Registry Editor Version 5.00\n")
         self.assertEqual(self.json("week", "list")["text"], "()")
