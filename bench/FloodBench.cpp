@@ -36,6 +36,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr uint16_t LightingPort = 5568;
+constexpr uint32_t LightingAddress = 0x7F00005B;  // 127.0.0.91
 constexpr uint16_t LinkPort = 47391;
 constexpr Elapsed Millisecond = 1ms;
 constexpr int32_t LookMs = 50;
@@ -78,8 +79,8 @@ std::string Year() {
 
 /// Settings, schedules and a show that is in force all week.
 std::string MakeFolder() {
-  char pattern[] = "/tmp/vexfloodXXXXXX";
-  std::string szFolder = mkdtemp(pattern);
+  std::string szFolder = std::filesystem::temp_directory_path() / "vexfloodXXXXXX";
+  mkdtemp(szFolder.data());
   setenv("VEX_RUNTIME_DIR", (szFolder + "/run").c_str(), 1);
   setenv("VEX_SETTINGS", (szFolder + "/settings.reg").c_str(), 1);
   std::string szData = "Z:" + szFolder + "/";
@@ -89,7 +90,7 @@ std::string MakeFolder() {
   std::ofstream(szFolder + "/settings.reg")
       << "Windows Registry Editor Version "
          "5.00\n\n[HKEY_CURRENT_USER\\Software\\Brillara]\n\"UserDataPath\"=\""
-      << szEscaped << "\"\n[HKEY_CURRENT_USER\\Software\\Brillara\\Output]\n\"Host\"=\"127.0.0.1\"\n"
+      << szEscaped << "\"\n[HKEY_CURRENT_USER\\Software\\Brillara\\Output]\n\"Host\"=\"127.0.0.91\"\n"
       << "\"SourceName\"=\"FloodBench\"\n[HKEY_CURRENT_USER\\Software\\Brillara\\XLK]\n\"On\"=dword:1\n"
       << "\"LocalPort\"=dword:" << std::hex << LinkPort << "\n";
   std::ofstream(szFolder + "/weeksched.qsc") << "((604799,2,(,0,flood.shw),0))\r\n";
@@ -276,7 +277,7 @@ int main(int argc, char** argv) {
   const Flood mixed{Flood::Kind::Mixed, count, 0};
   const Flood triggers{Flood::Kind::Triggers, count, vex::LinkPort};
   const std::string szFolder = vex::MakeFolder();
-  vex::bench::PacketReceiver receiver(vex::LightingPort, "FloodBench");
+  vex::bench::PacketReceiver receiver(vex::LightingPort, "FloodBench", vex::LightingAddress);
   const auto host = vex::NativeHost();
   if (argc > 2 && std::string(argv[2]) == "sharp")
     std::printf("sharp timers %s\n", host->SharpTimers() ? "granted" : "not granted");

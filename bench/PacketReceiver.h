@@ -17,11 +17,11 @@
 
 namespace vex::bench {
 
-inline sockaddr_in Loopback(uint16_t port) {
+inline sockaddr_in Loopback(uint16_t port, uint32_t at = INADDR_LOOPBACK) {
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_port = htons(port);
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  address.sin_addr.s_addr = htonl(at);
   return address;
 }
 
@@ -33,13 +33,13 @@ struct Arrival {
   int32_t Number = 0;
 };
 
-/// Listens on a port of the loopback interface, on a thread of its own, for whole E1.31 universes of one
+/// Listens at an address of the loopback interface, on a thread of its own, for whole E1.31 universes of one
 /// source; packets of other sources are passed over.
 class PacketReceiver {
  public:
-  PacketReceiver(uint16_t port, std::string szSource)
+  PacketReceiver(uint16_t port, std::string szSource, uint32_t at = INADDR_LOOPBACK)
       : m_Source(std::move(szSource)), m_Socket(socket(AF_INET, SOCK_DGRAM, 0)) {
-    const sockaddr_in address = Loopback(port);
+    const sockaddr_in address = Loopback(port, at);
     const int on = 1;
     const int room = 8 << 20;
     const timeval patience{0, 100'000};

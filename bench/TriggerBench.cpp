@@ -29,6 +29,7 @@
 #include "components/open/wire/OscTrigger.h"
 #include "host/Host.h"
 #include "player/ShowPlayer.h"
+#include "player/devices/frmMediaPlayer.h"
 #include "settings/LibFile.h"
 #include "settings/LibNetworks.h"
 #include "show/Show.h"

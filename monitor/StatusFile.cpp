@@ -72,10 +72,11 @@ StatusFile::~StatusFile() {
   m_Files.Remove(m_Filename);
 }
 
-void StatusFile::Update(const PlayerStatus& status) {
+bool StatusFile::Update(const PlayerStatus& status) {
   std::string szJson = PlayerStatusToJson(status);
-  if (szJson == m_Written) return;
+  if (szJson == m_Written) return false;
   if (m_Files.Publish(m_Filename, szJson)) m_Written = std::move(szJson);
+  return true;
 }
 
 }  // namespace vex

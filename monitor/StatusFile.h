@@ -49,7 +49,8 @@ class StatusFile {
   StatusFile(const StatusFile&) = delete;
   StatusFile& operator=(const StatusFile&) = delete;
 
-  void Update(const PlayerStatus& status);
+  /// True when it was written, or when that was tried.
+  bool Update(const PlayerStatus& status);
 
  private:
   Files& m_Files;

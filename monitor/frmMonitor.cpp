@@ -130,6 +130,10 @@ void frmMonitor::LoadForm() {
   if (!m_Surroundings.StatusFilename.empty()) {
     m_StatusFile.emplace(m_Surroundings.FileSystem, m_Surroundings.StatusFilename);
     m_StatusSignal = m_Surroundings.Loop.NewSignal([this] { WriteStatusFile(); });
+    m_StatusRest = NewTimer(m_Surroundings.Loop, TimerOrder::Component, 1, [this] {
+      m_StatusRest->Enabled(false);
+      if (m_StatusStale) WriteStatusFile();
+    });
   }
   LogMessage(LevelCourse,
              m_NoSchedule ? "Show Player starting (for on demand shows)" : "Show Player starting", nullptr);
@@ -203,6 +207,7 @@ void frmMonitor::Unload() {
   DisableTimers();
   m_MsgQueue.Clear();
   m_StatusSignal.reset();
+  m_StatusRest.reset();
   m_StatusFile.reset();
   if (m_hWnd != 0) IgnoreErrors([this] { m_Surroundings.Desktop.DestroyWindow(std::exchange(m_hWnd, 0)); });
   m_Surroundings.Loop.Quit();

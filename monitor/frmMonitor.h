@@ -193,6 +193,8 @@ class frmMonitor final : public StatusReport {
   PlayerStatus m_Status;
   std::optional<StatusFile> m_StatusFile;
   std::unique_ptr<Signal> m_StatusSignal;
+  std::unique_ptr<Timer> m_StatusRest;  // enabled while the status file is left alone
+  bool m_StatusStale = false;           // something has changed meanwhile
 
   WindowHandle m_hWnd = 0;
   std::string m_Label1;

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <chrono>
 #include <exception>
 
 #include "basic/Error.h"
@@ -13,6 +15,9 @@
 namespace vex {
 
 namespace {
+
+constexpr int StatusRestFactor = 50;
+constexpr std::chrono::milliseconds LongestStatusRest{1000};
 
 std::string SequenceText(const SequencePlayInfo* playInfo) {
   if (playInfo == nullptr) return {};
@@ -122,8 +127,19 @@ void frmMonitor::StatusChanged() {
   if (m_StatusSignal && !m_Unloaded) m_StatusSignal->Raise();
 }
 
+// A busy disk takes its time, and what changes all the while would have it written all the while: after a
+// writing the file is left alone for so many times as long as that took.
 void frmMonitor::WriteStatusFile() {
-  if (m_StatusFile && !m_Unloaded) m_StatusFile->Update(CurrentStatus());
+  if (!m_StatusFile || m_Unloaded) return;
+  m_StatusStale = m_StatusRest->Enabled();
+  if (m_StatusStale) return;
+  const Elapsed begin = m_Clock.Elapsed();
+  if (!m_StatusFile->Update(CurrentStatus())) return;
+  const Elapsed took = m_Clock.Elapsed() - begin;
+  if (took <= Elapsed(0)) return;
+  const auto rest = std::chrono::ceil<std::chrono::milliseconds>(took * StatusRestFactor);
+  m_StatusRest->Interval(static_cast<int32_t>(std::min(rest, LongestStatusRest).count()));
+  m_StatusRest->Enabled(true);
 }
 
 PlayerStatus frmMonitor::CurrentStatus() {

@@ -245,6 +245,27 @@ TEST_F(FloodTest, FailuresDoNotLetTheQueueGrow) {
   }
 }
 
+TEST_F(FloodTest, TheStatusFileIsLeftAloneForAWhileAfterItTookTimeAndThenTellsTheLatest) {
+  m_Rig.StatusFile = true;
+  m_Rig.Time = &m_Busy;
+  Begin();
+  const auto post = [this](const char* szPayload) {
+    m_Windows.Post(szPayload);
+    m_Windows.Deliver(1);
+    m_Rig.Run(2);
+  };
+  const auto says = [this](const char* szText) { return m_Rig.Status().find(szText) != std::string::npos; };
+  post("06ON");
+  EXPECT_TRUE(says("\"link\":true"));
+  post("06OFF");
+  EXPECT_TRUE(says("\"link\":true"));
+  m_Rig.Run(20);
+  EXPECT_TRUE(says("\"link\":false"));
+  m_Rig.Run(100);
+  post("06ON");
+  EXPECT_TRUE(says("\"link\":true"));
+}
+
 TEST_F(FloodTest, AnEndInTheMiddleDropsTheRest) {
   Begin();
   for (int i = 0; i < 10; ++i) m_Windows.Post("05");
