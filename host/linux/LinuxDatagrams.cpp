@@ -7,12 +7,12 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
+#include <optional>
 
 #include "host/CodePage.h"
-#include "host/EventLoop.h"
-#include "host/linux/Descriptor.h"
+#include "host/DatagramTurns.h"
 #include "host/ThreadedLookUp.h"
+#include "host/linux/Descriptor.h"
 #include "host/linux/LinuxClock.h"
 #include "host/linux/SystemError.h"
 
@@ -22,9 +22,6 @@ namespace {
 constexpr char Source[] = "Datagrams.NewSender";
 constexpr int WantedSendBuffer = 1 << 20;
 constexpr size_t BatchSize = 64;
-constexpr int DatagramsATurn = 16;
-constexpr size_t BytesATurn = 16384;
-constexpr int64_t LongestRestMs = 100;
 
 class LinuxDatagramSocket : public DatagramSocket {
  public:
@@ -82,65 +79,26 @@ class LinuxDatagramSocket : public DatagramSocket {
 class LinuxDatagramReceiver : public DatagramReceiver {
  public:
   LinuxDatagramReceiver(Descriptor socket, EventLoop& loop, DatagramHandler handler)
-      : m_Loop(loop),
-        m_Socket(std::move(socket)),
-        m_Handler(std::move(handler)),
-        m_Rest(loop.NewTimer(TimerOrder::Component)) {
-    m_Rest->Tick([this] { WatchAgain(); });
-    StartWatch();
-  }
+      : m_Socket(std::move(socket)),
+        m_Turns(
+            loop, m_Clock, m_Socket.Get(),
+            [this](std::span<uint8_t> room, DatagramAddress& from) { return Take(room, from); },
+            std::move(handler)) {}
 
  private:
-  void StartWatch() {
-    m_Watch = m_Loop.WatchReadable(m_Socket.Get(), [this] { Take(); });
+  [[nodiscard]] std::optional<size_t> Take(std::span<uint8_t> room, DatagramAddress& from) const {
+    sockaddr_in native{};
+    socklen_t length = sizeof native;
+    const ssize_t size = recvfrom(m_Socket.Get(), room.data(), room.size(), MSG_DONTWAIT,
+                                  reinterpret_cast<sockaddr*>(&native), &length);
+    if (size < 0) return std::nullopt;
+    from = {ntohl(native.sin_addr.s_addr), ntohs(native.sin_port)};
+    return static_cast<size_t>(size);
   }
 
-  /// The handler may let the receiver go, so it is not looked at afterwards.
-  void Take() {
-    const std::weak_ptr<bool> here = m_Here;
-    const Elapsed begin = m_Clock.Elapsed();
-    if (TakeSome(here) || here.expired()) return;
-    // A flood: the thread goes to others for as long as it was here.
-    m_Watch.reset();
-    const auto worked = std::chrono::ceil<std::chrono::milliseconds>(m_Clock.Elapsed() - begin);
-    m_Rest->Interval(static_cast<int32_t>(std::clamp<int64_t>(worked.count(), 1, LongestRestMs)));
-    m_Rest->Enabled(true);
-  }
-
-  /// Where the machine refuses for now, the next tick tries again.
-  void WatchAgain() {
-    try {
-      StartWatch();
-    } catch (const Error&) {
-      return;
-    }
-    m_Rest->Enabled(false);
-  }
-
-  /// True once nothing waits any more.
-  bool TakeSome(const std::weak_ptr<bool>& here) {
-    size_t bytes = 0;
-    for (int taken = 0; taken < DatagramsATurn && bytes < BytesATurn && !here.expired(); ++taken) {
-      sockaddr_in from{};
-      socklen_t length = sizeof from;
-      const ssize_t size = recvfrom(m_Socket.Get(), m_Bytes.data(), m_Bytes.size(), MSG_DONTWAIT,
-                                    reinterpret_cast<sockaddr*>(&from), &length);
-      if (size < 0) return true;
-      bytes += static_cast<size_t>(size);
-      m_Handler({ntohl(from.sin_addr.s_addr), ntohs(from.sin_port)},
-                std::span(m_Bytes).first(static_cast<size_t>(size)));
-    }
-    return false;
-  }
-
-  EventLoop& m_Loop;
   LinuxClock m_Clock;
   Descriptor m_Socket;
-  DatagramHandler m_Handler;
-  std::unique_ptr<Timer> m_Rest;
-  std::array<uint8_t, 65536> m_Bytes{};
-  std::shared_ptr<bool> m_Here = std::make_shared<bool>(true);
-  std::unique_ptr<Watch> m_Watch;
+  DatagramTurns m_Turns;
 };
 
 bool AskNameService(const std::string& szHost, uint32_t& address) {

@@ -1,58 +1,101 @@
 #include "host/win32/Win32Datagrams.h"
 
-#include <array>
+#include <optional>
 #include <utility>
 
+#include "host/DatagramTurns.h"
 #include "host/ThreadedLookUp.h"
+#include "host/win32/Handle.h"
+#include "host/win32/SocketLibrary.h"
 #include "host/win32/SystemError.h"
-#include "host/win32/SystemHeaders.h"
+#include "host/win32/Win32Clock.h"
 
 namespace vex {
 namespace {
 
-constexpr WORD SocketsVersion = 0x0202;
 constexpr int WantedSendBuffer = 1 << 20;
-constexpr int DatagramsATurn = 16;
 constexpr DWORD ReportUnreachable = 0x9800000C;  // SIO_UDP_CONNRESET
 
 [[nodiscard]] Error SocketError(const std::string& szSource, const std::string& szAbout) {
-  return SystemError(szSource, szAbout, static_cast<uint32_t>(WSAGetLastError()));
+  return SystemError(szSource, szAbout, static_cast<uint32_t>(SocketLibrary::Loaded().LastError()));
+}
+
+// The network's order is the other way round than this machine's. The library's own functions for it would
+// have to be imported.
+constexpr uint16_t Swapped(uint16_t value) {
+  return __builtin_bswap16(value);
+}
+constexpr uint32_t Swapped(uint32_t value) {
+  return __builtin_bswap32(value);
 }
 
 sockaddr_in NativeAddress(const DatagramAddress& address) {
   sockaddr_in native{};
   native.sin_family = AF_INET;
-  native.sin_port = htons(address.Port);
-  native.sin_addr.s_addr = htonl(address.Address);
+  native.sin_port = Swapped(address.Port);
+  native.sin_addr.s_addr = Swapped(address.Address);
   return native;
+}
+
+uint32_t AddressOf(const sockaddr_in& native) {
+  return Swapped(static_cast<uint32_t>(native.sin_addr.s_addr));
 }
 
 /// A datagram socket that closes itself and never waits.
 class Socket {
  public:
-  explicit Socket(const std::string& szSource) : m_Socket(::socket(AF_INET, SOCK_DGRAM, 0)) {
+  explicit Socket(const std::string& szSource)
+      : m_Library(SocketLibrary::Loaded()), m_Socket(m_Library.NewSocket(AF_INET, SOCK_DGRAM, 0)) {
     if (m_Socket == INVALID_SOCKET) throw SocketError(szSource, "socket");
     u_long yes = 1;
-    ioctlsocket(m_Socket, static_cast<long>(FIONBIO), &yes);
+    m_Library.ControlSocket(m_Socket, static_cast<long>(FIONBIO), &yes);
     // An answer that nobody listens there is no failure of the next call.
     BOOL boolReport = FALSE;
     DWORD bytes = 0;
-    WSAIoctl(m_Socket, ReportUnreachable, &boolReport, sizeof boolReport, nullptr, 0, &bytes, nullptr,
-             nullptr);
+    m_Library.Control(m_Socket, ReportUnreachable, &boolReport, sizeof boolReport, nullptr, 0, &bytes,
+                      nullptr, nullptr);
   }
   ~Socket() {
-    if (m_Socket != INVALID_SOCKET) closesocket(m_Socket);
+    if (m_Socket != INVALID_SOCKET) m_Library.CloseSocket(m_Socket);
   }
-  Socket(Socket&& other) noexcept : m_Socket(std::exchange(other.m_Socket, INVALID_SOCKET)) {}
+  Socket(Socket&& other) noexcept
+      : m_Library(other.m_Library), m_Socket(std::exchange(other.m_Socket, INVALID_SOCKET)) {}
   Socket& operator=(Socket&&) = delete;
 
-  [[nodiscard]] SOCKET Get() const { return m_Socket; }
   template <class Value>
   [[nodiscard]] bool Option(int level, int name, const Value& value) const {
-    return setsockopt(m_Socket, level, name, reinterpret_cast<const char*>(&value), sizeof value) == 0;
+    return m_Library.SetOption(m_Socket, level, name, reinterpret_cast<const char*>(&value), sizeof value) ==
+           0;
+  }
+  [[nodiscard]] bool Bind(const DatagramAddress& at) const {
+    const sockaddr_in address = NativeAddress(at);
+    return m_Library.Bind(m_Socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+  }
+  /// The event is set whenever a datagram comes, and again by each Receive behind which more wait.
+  [[nodiscard]] bool SetWhenReadable(HANDLE event) const {
+    return m_Library.EventSelect(m_Socket, event, FD_READ) == 0;
+  }
+  /// 0 or the system's code.
+  [[nodiscard]] int32_t Send(const Datagram& datagram) const {
+    const sockaddr_in to = NativeAddress(datagram.To);
+    const int sent = m_Library.SendTo(m_Socket, reinterpret_cast<const char*>(datagram.Bytes.data()),
+                                      static_cast<int>(datagram.Bytes.size()), 0,
+                                      reinterpret_cast<const sockaddr*>(&to), sizeof to);
+    return sent == SOCKET_ERROR ? m_Library.LastError() : 0;
+  }
+  [[nodiscard]] std::optional<size_t> Receive(std::span<uint8_t> room, DatagramAddress& from) const {
+    sockaddr_in native{};
+    int length = sizeof native;
+    const int size =
+        m_Library.ReceiveFrom(m_Socket, reinterpret_cast<char*>(room.data()), static_cast<int>(room.size()),
+                              0, reinterpret_cast<sockaddr*>(&native), &length);
+    if (size == SOCKET_ERROR) return std::nullopt;
+    from = {AddressOf(native), Swapped(native.sin_port)};
+    return static_cast<size_t>(size);
   }
 
  private:
+  const SocketLibrary& m_Library;
   SOCKET m_Socket;
 };
 
@@ -63,11 +106,8 @@ class Win32DatagramSocket : public DatagramSocket {
   int32_t Send(std::span<const Datagram> datagrams) override {
     int32_t lFirst = 0;
     for (const Datagram& datagram : datagrams) {
-      const sockaddr_in to = NativeAddress(datagram.To);
-      const int sent = sendto(m_Socket.Get(), reinterpret_cast<const char*>(datagram.Bytes.data()),
-                              static_cast<int>(datagram.Bytes.size()), 0,
-                              reinterpret_cast<const sockaddr*>(&to), sizeof to);
-      if (sent == SOCKET_ERROR && lFirst == 0) lFirst = WSAGetLastError();
+      const int32_t lCode = m_Socket.Send(datagram);
+      if (lFirst == 0) lFirst = lCode;
     }
     return lFirst;
   }
@@ -78,90 +118,56 @@ class Win32DatagramSocket : public DatagramSocket {
 
 class Win32DatagramReceiver : public DatagramReceiver {
  public:
+  /// The event stays set until a datagram is taken.
   Win32DatagramReceiver(Socket socket, EventLoop& loop, DatagramHandler handler)
-      : m_Socket(std::move(socket)), m_Event(WSACreateEvent()), m_Handler(std::move(handler)) {
-    if (WSAEventSelect(m_Socket.Get(), m_Event, FD_READ) != 0) {
-      WSACloseEvent(m_Event);
-      throw SocketError("Datagrams.NewReceiver", "event");
-    }
-    m_Watch =
-        loop.WatchReadable(static_cast<int64_t>(reinterpret_cast<intptr_t>(m_Event)), [this] { Take(); });
+      : m_Readable(CreateEventA(nullptr, TRUE, FALSE, nullptr)),
+        m_Socket(std::move(socket)),
+        m_Turns(
+            loop, m_Clock, static_cast<int64_t>(reinterpret_cast<intptr_t>(m_Readable.Get())),
+            [this](std::span<uint8_t> room, DatagramAddress& from) {
+              ResetEvent(m_Readable.Get());
+              return m_Socket.Receive(room, from);
+            },
+            std::move(handler)) {
+    if (!m_Readable.Open()) throw SystemError("Datagrams.NewReceiver", "event");
+    if (!m_Socket.SetWhenReadable(m_Readable.Get())) throw SocketError("Datagrams.NewReceiver", "event");
   }
-  ~Win32DatagramReceiver() override {
-    m_Watch.reset();
-    WSACloseEvent(m_Event);
-  }
-  Win32DatagramReceiver(const Win32DatagramReceiver&) = delete;
-  Win32DatagramReceiver& operator=(const Win32DatagramReceiver&) = delete;
 
  private:
-  /// A flood leaves the loop its turns: every datagram taken sets the event again where more wait. The
-  /// handler may let the receiver go, so it is not looked at afterwards.
-  void Take() {
-    const std::weak_ptr<bool> here = m_Here;
-    WSAResetEvent(m_Event);
-    for (int taken = 0; taken < DatagramsATurn && !here.expired(); ++taken) {
-      sockaddr_in from{};
-      int length = sizeof from;
-      const int size =
-          recvfrom(m_Socket.Get(), reinterpret_cast<char*>(m_Bytes.data()), static_cast<int>(m_Bytes.size()),
-                   0, reinterpret_cast<sockaddr*>(&from), &length);
-      if (size == SOCKET_ERROR) return;
-      m_Handler({ntohl(from.sin_addr.s_addr), ntohs(from.sin_port)},
-                std::span(m_Bytes).first(static_cast<size_t>(size)));
-    }
-  }
-
+  Win32Clock m_Clock;
+  Handle m_Readable;
   Socket m_Socket;
-  WSAEVENT m_Event;
-  DatagramHandler m_Handler;
-  std::array<uint8_t, 65536> m_Bytes{};
-  std::shared_ptr<bool> m_Here = std::make_shared<bool>(true);
-  std::unique_ptr<Watch> m_Watch;
+  DatagramTurns m_Turns;
 };
 
-/// Starts the socket library for itself, since it runs on a thread that may outlive the rest.
 bool AskNameService(const std::string& szHost, uint32_t& address) {
   if (szHost.empty() || szHost.find('\0') != std::string::npos) return false;
-  WSADATA data{};
-  if (WSAStartup(SocketsVersion, &data) != 0) return false;
-  addrinfo wanted{};
-  wanted.ai_family = AF_INET;
-  wanted.ai_socktype = SOCK_DGRAM;
-  addrinfo* found = nullptr;
-  const bool boolFound = getaddrinfo(szHost.c_str(), nullptr, &wanted, &found) == 0;
-  if (boolFound) {
-    address = ntohl(reinterpret_cast<const sockaddr_in*>(found->ai_addr)->sin_addr.s_addr);
-    freeaddrinfo(found);
+  try {
+    const SocketLibrary& library = SocketLibrary::Loaded();
+    addrinfo wanted{};
+    wanted.ai_family = AF_INET;
+    wanted.ai_socktype = SOCK_DGRAM;
+    addrinfo* found = nullptr;
+    if (library.AddressInfo(szHost.c_str(), nullptr, &wanted, &found) != 0) return false;
+    address = AddressOf(*reinterpret_cast<const sockaddr_in*>(found->ai_addr));
+    library.FreeAddressInfo(found);
+    return true;
+  } catch (const Error&) {
+    return false;  // a machine without a network knows no names
   }
-  WSACleanup();
-  return boolFound;
 }
 
 }  // namespace
 
-Win32Datagrams::~Win32Datagrams() {
-  if (m_Started) WSACleanup();
-}
-
-void Win32Datagrams::Start() {
-  WSADATA data{};
-  if (m_Started) return;
-  if (const int code = WSAStartup(SocketsVersion, &data))
-    throw SystemError("Datagrams", "", static_cast<uint32_t>(code));
-  m_Started = true;
-}
-
 std::unique_ptr<DatagramSocket> Win32Datagrams::NewSender(uint32_t multicastInterface) {
   constexpr char source[] = "Datagrams.NewSender";
-  Start();
   Socket socket(source);
   const DWORD one = 1;
   if (!socket.Option(SOL_SOCKET, SO_BROADCAST, one) || !socket.Option(IPPROTO_IP, IP_MULTICAST_TTL, one))
     throw SocketError(source, "");
   // As much as is granted: a burst of frames must fit.
   (void)socket.Option(SOL_SOCKET, SO_SNDBUF, WantedSendBuffer);
-  if (multicastInterface != 0 && !socket.Option(IPPROTO_IP, IP_MULTICAST_IF, htonl(multicastInterface)))
+  if (multicastInterface != 0 && !socket.Option(IPPROTO_IP, IP_MULTICAST_IF, Swapped(multicastInterface)))
     throw SocketError(source, "multicast interface");
   return std::make_unique<Win32DatagramSocket>(std::move(socket));
 }
@@ -169,13 +175,10 @@ std::unique_ptr<DatagramSocket> Win32Datagrams::NewSender(uint32_t multicastInte
 std::unique_ptr<DatagramReceiver> Win32Datagrams::NewReceiver(EventLoop& loop, const DatagramAddress& at,
                                                               DatagramHandler handler) {
   constexpr char source[] = "Datagrams.NewReceiver";
-  Start();
   Socket socket(source);
-  const sockaddr_in address = NativeAddress(at);
   // Nobody else may bind the same port and take what is meant for the show.
   (void)socket.Option(SOL_SOCKET, SO_EXCLUSIVEADDRUSE, BOOL{TRUE});
-  if (bind(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-    throw SocketError(source, "port " + std::to_string(at.Port));
+  if (!socket.Bind(at)) throw SocketError(source, "port " + std::to_string(at.Port));
   return std::make_unique<Win32DatagramReceiver>(std::move(socket), loop, std::move(handler));
 }
 

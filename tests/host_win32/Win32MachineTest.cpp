@@ -134,36 +134,6 @@ TEST(Win32EventLoop, MoreHandlesThanTheMachineWaitsForAreRefused) {
   loop.Pump();
 }
 
-TEST(Win32Datagrams, WhatIsSentArrivesWithItsSender) {
-  Win32Host host;
-  std::vector<std::vector<uint8_t>> received;
-  constexpr DatagramAddress at{0x7F000001U, 47113};
-  const auto receiver = host.Datagrams().NewReceiver(
-      host.EventLoop(), at, [&](const DatagramAddress& from, std::span<const uint8_t> bytes) {
-        EXPECT_EQ(from.Address, 0x7F000001U);
-        received.emplace_back(bytes.begin(), bytes.end());
-      });
-  const auto sender = host.Datagrams().NewSender(0);
-  for (uint8_t i = 0; i < 100; ++i) {
-    const std::vector<uint8_t> bytes{i, 2, 3};
-    ASSERT_EQ(sender->Send(std::vector<Datagram>{{at, bytes}}), 0);
-  }
-  ASSERT_TRUE(RunUntil(host.EventLoop(), [&] { return received.size() >= 100; }));
-  for (uint8_t i = 0; i < 100; ++i) EXPECT_EQ(received[i], (std::vector<uint8_t>{i, 2, 3}));
-}
-
-TEST(Win32Datagrams, PortThatIsTakenIsAnErrorWithTheSystemsCode) {
-  Win32Host host;
-  const auto first = host.Datagrams().NewReceiver(host.EventLoop(), {0x7F000001U, 47114}, nullptr);
-  try {
-    (void)host.Datagrams().NewReceiver(host.EventLoop(), {0x7F000001U, 47114}, nullptr);
-    FAIL();
-  } catch (const Error& error) {
-    EXPECT_EQ(error.Number, WSAEADDRINUSE);
-    EXPECT_NE(host.Datagrams().Describe(error.Number), "");
-  }
-}
-
 TEST(Win32Files, PathsOfTheMachineAreUtf8Outside) {
   Win32Files files;
   EXPECT_EQ(files.HostPath("C:\\F\xFCr Elise \x80.ogg"), "C:\\F\xC3\xBCr Elise \xE2\x82\xAC.ogg");

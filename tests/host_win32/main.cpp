@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <thread>
 
+#include "host/ThreadedLookUp.h"
 #include "tests/host_win32/WindowsMachine.h"
 
 // The tests' program plays other parts as well: the programs that the tests talk to.
@@ -50,6 +51,18 @@ int TellStyle(const std::string& szFile) {
   return Win32Files().Write(szFile, std::to_string(startup.wShowWindow), nullptr) ? 0 : 1;
 }
 
+/// Asks a name service that never answers, and does not wait for it.
+int AskInVain() {
+  Win32EventLoop loop;
+  const auto silent = [](const std::string&, uint32_t&) {
+    Sleep(INFINITE);
+    return false;
+  };
+  const ThreadedLookUp lookUp(loop, "tree.local", silent, [](std::optional<uint32_t>) {});
+  loop.Pump();
+  return 0;
+}
+
 /// Presses OK in every message box of this program, as a person would.
 class BoxCloser : public testing::Environment {
  public:
@@ -85,6 +98,7 @@ int main(int argc, char** argv) {
   const std::string szPart = argc > 1 ? argv[1] : "";
   if (szPart == "echo") return vex::test::Echo(vex::test::HandleOf(argv[2]));
   if (szPart == "style") return vex::test::TellStyle(argv[2]);
+  if (szPart == "silent") return vex::test::AskInVain();
   if (szPart == "nothing") return 0;
   testing::InitGoogleTest(&argc, argv);
   testing::AddGlobalTestEnvironment(new vex::test::BoxCloser);

@@ -99,6 +99,10 @@ class Wine32(Wine):
             raise Unavailable("the 32-bit Wine stands in a root folder of its own, which only root may enter")
         self.folder = ROOT32 / "work"
         self.folder.mkdir(exist_ok=True)
+        # Without it the root folder does not even know this machine's own name for itself.
+        hosts = ROOT32 / "etc" / "hosts"
+        if not hosts.exists():
+            hosts.write_text("127.0.0.1 localhost\n", encoding="ascii")
         # The loader finds its libraries here where the root folder has no /proc to tell.
         self.environment |= {"PATH": "/usr/bin:/bin", "HOME": "/root", "WINEPREFIX": "/prefix",
                              "WINEDLLPATH": LIBRARIES32}
