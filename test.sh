@@ -13,6 +13,7 @@ trap 'rm -rf "$results"' EXIT
 passed=0
 failed=0
 skipped=0
+built=()  # the builds of this run, each up to date
 
 heading() { printf '\n== %s\n' "$1"; }
 
@@ -43,7 +44,10 @@ run_tests() {
   skipped=$((skipped + left_out))
 }
 
-build() { cmake --preset "$1" >"$results/$1.configure" 2>&1 && cmake --build --preset "$1" || { cat "$results/$1.configure"; false; }; }
+build() {
+  cmake --preset "$1" >"$results/$1.configure" 2>&1 && cmake --build --preset "$1" || { cat "$results/$1.configure"; return 1; }
+  [[ " ${built[*]} " == *" build/$1 "* ]] || built+=("build/$1")
+}
 
 
 step_format() {
@@ -96,6 +100,10 @@ step_e2e() {
   python3 tests/e2e/run.py build/release 2>&1 | tee "$results/e2e"
   passed=$((passed + $(grep -c '^ok ' "$results/e2e")))
   failed=$((failed + $(grep -c '^not ok ' "$results/e2e")))
+  local programs=() each
+  for each in "${built[@]}"; do [ ! -x "$each/bin/vexctl" ] || programs+=("$each"); done
+  [ ${#programs[@]} -lt 2 ] || check "the same evening to the byte from ${programs[*]}" \
+    python3 tests/e2e/same_bytes.py "${programs[@]}"
 }
 
 step_windows() {
