@@ -98,6 +98,7 @@ std::future<void> MpvCore::End() {
 }
 
 void MpvCore::Discard() {
+  if (HasLostItsDisplay()) return Abandon();
   if (m_Core) End().wait_for(LongestEnd);
 }
 
@@ -105,8 +106,16 @@ bool MpvCore::HasLostItsDisplay() const {
   return m_Core && MpvLibrary::DisplaysGone() != m_DisplaysGone;
 }
 
+// A core that cannot end is only silenced.
 void MpvCore::Abandon() {
-  if (m_Core) End();
+  if (!m_Core) return;
+  if (!HasLostItsDisplay()) {
+    End();
+    return;
+  }
+  MpvLibrary::Loaded().SetWakeupCallback(m_Core, nullptr, nullptr);
+  Command(0, {"stop"});
+  m_Core = nullptr;
 }
 
 void MpvCore::Make() {
