@@ -4,7 +4,10 @@ namespace vex {
 
 std::string Host::CommandLine(int argc, char** argv) const {
   std::string szCommandLine;
-  for (int i = 1; i < argc; ++i) szCommandLine += (i > 1 ? " " : "") + std::string(argv[i]);
+  for (int i = 1; i < argc; ++i) {
+    if (i > 1) szCommandLine += ' ';
+    szCommandLine += argv[i];
+  }
   return szCommandLine;
 }
 
