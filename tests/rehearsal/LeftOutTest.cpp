@@ -110,8 +110,12 @@ void Furnish(VirtualFiles& files, double slow) {
       "((0,1,2,0,,(s.vexseq),T,F,F),(0,1,2,0,,(end.vexseq),T,F,F),(1,0,1,0,,(a1.vexseq,a2.vexseq),T,F,F),"
       "(0,2,2,1,a1.vexseq,(m1.vexseq,m2.vexseq),T,F,F),,(2,0,1,0,,(bg.vexseq),T,F,F),"
       "((1,,F,T,F,Door,((a2.vexseq,(3,Door,1,0))),T)),0,,F)");
-  put("x.shw", "((0,1,2,0,,,T,F,F),(0,1,2,0,,,T,F,F),(2,0,1,0,,(a1.vexseq,bad.fseq),T,F,F),,,,,0,,F)");
-  put("wait.shw", "(,,,(0,1,2,0,,(m2.vexseq),T,F,F),,,,1,(3,Door,1,0),F)");
+  put("x.shw",
+      "((0,1,2,0,,,T,F,F),(0,1,2,0,,,T,F,F),(2,0,1,0,,(a1.vexseq,bad.fseq),T,F,F),(0,1,2,0,,,T,F,F),,(2,0,1,"
+      "0,,,T,F,F),,0,,F)");
+  put("wait.shw",
+      "((0,1,2,0,,,T,F,F),(0,1,2,0,,,T,F,F),(1,0,1,0,,,T,F,F),(0,1,2,0,,(m2.vexseq),T,F,F),,(2,0,1,0,,,T,F,F)"
+      ",,1,(3,Door,1,0),F)");
   put("broken.shw", "((0,1,2");
 }
 
