@@ -24,6 +24,23 @@ void* operator new(std::size_t size) {
   return static_cast<std::byte*>(block) + Head;
 }
 
+// Sanitizers bring a full set of their own; the kinds must not mix.
+void* operator new[](std::size_t size) {
+  return operator new(size);
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept {
+  return operator new(size, nothrow);
+}
+
 void operator delete(void* memory) noexcept {
   if (memory == nullptr) return;
   void* const block = static_cast<std::byte*>(memory) - Head;
@@ -33,6 +50,22 @@ void operator delete(void* memory) noexcept {
 }
 
 void operator delete(void* memory, std::size_t) noexcept {
+  operator delete(memory);
+}
+
+void operator delete[](void* memory) noexcept {
+  operator delete(memory);
+}
+
+void operator delete[](void* memory, std::size_t) noexcept {
+  operator delete(memory);
+}
+
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+  operator delete(memory);
+}
+
+void operator delete[](void* memory, const std::nothrow_t&) noexcept {
   operator delete(memory);
 }
 

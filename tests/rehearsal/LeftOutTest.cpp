@@ -248,10 +248,10 @@ TEST(LeftOut, AShowEditedWhileItPlaysIsSeenAtTheNextHeartbeat) {
 TEST(LeftOut, HoursAreTheSameAsWithEveryHeartbeat) {
   int64_t shows = 0;
   EXPECT_TRUE(rc::check([&shows] {
-    constexpr int32_t span = 2000;
-    constexpr double slow = 10;
+    constexpr int32_t span = 1200;
+    constexpr double slow = 8;
     Season season;
-    MakeSeason(season, span, *rc::gen::element(1000, span - 1, 3), slow);
+    MakeSeason(season, span, *rc::gen::element(600, span - 1, 3), slow);
     const Heard all = Play(season, {});
     Same(all, Play(season, {.Detail = false, .Lighting = true}));
     Same(WithoutLighting(all), WithoutLighting(Play(season, {.Detail = false, .Lighting = false})));
