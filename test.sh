@@ -76,7 +76,7 @@ step_asan() {
 step_tidy() {
   heading "clang-tidy"
   build dev >/dev/null
-  check "clang-tidy" bash -c 'git ls-files "basic/*.cpp" "host/*.cpp" ":!host/win32" "settings/*.cpp" "show/*.cpp" "time/*.cpp" \
+  check "clang-tidy" bash -c 'git ls-files "basic/*.cpp" "host/*.cpp" ":!*/win32/*" "settings/*.cpp" "show/*.cpp" "time/*.cpp" \
     "schedule/*.cpp" "player/*.cpp" "monitor/*.cpp" "components/*.cpp" "tools/*.cpp" "programs/*.cpp" "demo/*.cpp" |
     xargs -P "$(nproc)" -n 4 clang-tidy-14 -p build/dev --quiet --extra-arg=-Wno-unknown-warning-option 2>/dev/null'
 }
@@ -120,6 +120,11 @@ step_windows() {
     passed=$((passed + good))
     failed=$((failed + bad))
     skipped=$((skipped + left_out))
+    check "programs of windows-$architecture stand alone" python3 tests/windows/imports.py "$architecture" \
+      "build/windows-$architecture/bin"
+    python3 tests/windows/programs.py "$architecture" 2>&1 | tee "$results/programs"
+    passed=$((passed + $(grep -c '^ok ' "$results/programs")))
+    failed=$((failed + $(grep -c '^not ok ' "$results/programs")))
   done
 }
 

@@ -59,7 +59,8 @@ void FrameReader::DecodeFrame(std::span<uint8_t> bytes) {
   std::span<uint8_t> wanted = bytes;
   while (!wanted.empty()) {
     if (m_Input.empty() && m_InputAt < m_InputEnd) {
-      const std::span<uint8_t> piece(m_Piece.data(), std::min<uint64_t>(PieceSize, m_InputEnd - m_InputAt));
+      const auto size = static_cast<size_t>(std::min<uint64_t>(PieceSize, m_InputEnd - m_InputAt));
+      const std::span<uint8_t> piece(m_Piece.data(), size);
       if (!m_File->ReadAt(m_InputAt, piece)) Refuse(m_NextFrame);
       m_InputAt += piece.size();
       m_Input = piece;

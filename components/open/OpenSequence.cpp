@@ -81,7 +81,7 @@ void SequenceLoader::LoadFrames(std::unique_ptr<OpenFile> file, const std::strin
 }
 
 void SequenceLoader::LoadCues(OpenFile& file) {
-  std::string szText(file.Size(), '\0');
+  std::string szText(static_cast<size_t>(file.Size()), '\0');
   if (!file.ReadAt(0, {reinterpret_cast<uint8_t*>(szText.data()), szText.size()}))
     throw SequenceFileError(m_Name, "it cannot be read", "see whether its disk is sound");
   CueFile cues = ParseCueFile(szText, m_Name);

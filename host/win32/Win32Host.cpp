@@ -90,6 +90,12 @@ std::string Win32Host::UserDataFolder() {
   return std::string(folder.data()) + "\\VexMonitor\\";
 }
 
+bool Win32Host::IsTerminal(StandardStream stream) const {
+  DWORD mode = 0;  // which only a console has
+  return GetConsoleMode(GetStdHandle(stream == StandardStream::Output ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE),
+                        &mode) != 0;
+}
+
 void Win32Host::OnTerminate(std::function<void()> handler) {
   m_Windows.OnTerminate(handler);
   m_Interrupt = m_EventLoop.NewSignal(std::move(handler));

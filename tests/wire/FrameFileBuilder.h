@@ -75,10 +75,11 @@ struct FrameFileBuilder {
       szPacked.resize(ZSTD_compress(szPacked.data(), szPacked.size(), szPlain.data(), szPlain.size(), 3));
       return szPacked;
     }
-    uLongf size = compressBound(szPlain.size());
+    const auto plain = static_cast<uLong>(szPlain.size());  // of 32 bits on some machines
+    uLongf size = compressBound(plain);
     std::string szPacked(size, '\0');
     if (compress(reinterpret_cast<Bytef*>(szPacked.data()), &size,
-                 reinterpret_cast<const Bytef*>(szPlain.data()), szPlain.size()) != Z_OK)
+                 reinterpret_cast<const Bytef*>(szPlain.data()), plain) != Z_OK)
       throw std::runtime_error("compress");
     szPacked.resize(size);
     return szPacked;

@@ -26,7 +26,7 @@ bool RandomFaults::Strikes(std::string_view szCall, std::string_view szFile) {
   const Elapsed now = m_Clock.Elapsed();
   if (now < m_Next) return false;
   if (m_Armed.empty() || now >= m_GiveUp) {
-    m_Armed = m_Calls[m_Random() % m_Calls.size()];
+    m_Armed = m_Calls[static_cast<size_t>(m_Random() % m_Calls.size())];
     m_GiveUp = now + std::chrono::milliseconds(m_LongestMs);
   }
   if (szCall != m_Armed) return false;

@@ -1,47 +1,22 @@
 #include "components/open/media/MpvLibrary.h"
 
-#include <dlfcn.h>
-#include <unistd.h>
-
-#include <atomic>
+#include "components/open/media/MediaLibraryFile.h"
 
 namespace vex {
 
 namespace {
 
-constexpr const char* LibraryFile = "libmpv.so.2";
-
 template <class Function>
 void Find(void* library, const char* szName, Function& function, std::string& szFailure) {
-  function = reinterpret_cast<Function>(dlsym(library, szName));
-  if (!function) szFailure = std::string("The media library ") + LibraryFile + " has no " + szName;
-}
-
-std::atomic<uint32_t> s_DisplaysGone = 0;
-
-/// X ends the whole program when its display breaks away, unless what is called then never returns. The
-/// thread is the one in which the library draws; a core that waits for it is left behind.
-int DisplayGone(void*) {
-  ++s_DisplaysGone;
-  for (;;) pause();
-}
-
-void OutliveTheDisplay() {
-  void* const library = dlopen("libX11.so.6", RTLD_NOW | RTLD_NOLOAD);
-  if (!library) return;  // the media library knows nothing of X
-  using Handler = int (*)(void* display);
-  if (const auto set = reinterpret_cast<Handler (*)(Handler)>(dlsym(library, "XSetIOErrorHandler")))
-    set(DisplayGone);
+  function = reinterpret_cast<Function>(MediaLibraryFile::Find(library, szName));
+  if (!function)
+    szFailure = std::string("The media library ") + MediaLibraryFile::Name() + " has no " + szName;
 }
 
 MpvLibrary Load() {
   MpvLibrary functions;
-  void* const library = dlopen(LibraryFile, RTLD_NOW | RTLD_LOCAL);
-  if (!library) {
-    functions.Failure = std::string("The media library cannot be loaded (package libmpv2): ") + dlerror();
-    return functions;
-  }
-  OutliveTheDisplay();
+  void* const library = MediaLibraryFile::Load(functions.Failure);
+  if (!library) return functions;
   std::string& szFailure = functions.Failure;
   Find(library, "mpv_command", functions.Command, szFailure);
   Find(library, "mpv_command_async", functions.CommandAsync, szFailure);
@@ -66,7 +41,7 @@ MpvLibrary Load() {
 }  // namespace
 
 uint32_t MpvLibrary::DisplaysGone() {
-  return s_DisplaysGone;
+  return MediaLibraryFile::DisplaysGone();
 }
 
 const MpvLibrary& MpvLibrary::Loaded() {
