@@ -9,7 +9,7 @@ test=(libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev rapidjson-dev
   clang-tidy-14 libclang-rt-14-dev git tshark liblo-tools xvfb openbox wmctrl x11-utils x11-apps)
 
 windows=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest wine wine64
-  mmdebstrap arch-test)
+  gstreamer1.0-plugins-base gstreamer1.0-plugins-good mmdebstrap arch-test)
 
 wanted=("${build[@]}")
 case ${1:-build} in

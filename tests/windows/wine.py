@@ -31,6 +31,12 @@ class Wine:
             "LC_ALL": "C.UTF-8",
         }
 
+    def bring(self, program):
+        """Copies a program, and the libraries that bear its name and more, into the work folder."""
+        for file in (program, *program.parent.glob(program.stem + "_*.dll")):
+            shutil.copy2(file, self.folder / file.name)
+        return program.name
+
     def call(self, arguments, timeout=120, output=None):
         """Runs a command of the machine in its work folder, its standard output going to a file, never to a
         pipe: services that it starts would keep that open. Returns the exit status, None after a timeout."""
@@ -85,10 +91,6 @@ class Wine64(Wine):
     def mark_ready(self):
         (self.prefix / "ready").touch()
 
-    def bring(self, program):
-        shutil.copy2(program, self.folder / program.name)
-        return program.name
-
 
 class Wine32(Wine):
     def __init__(self):
@@ -115,10 +117,6 @@ class Wine32(Wine):
 
     def mark_ready(self):
         (ROOT32 / "prefix" / "ready").touch()
-
-    def bring(self, program):
-        shutil.copy2(program, self.folder / program.name)
-        return program.name
 
 
 def machine(architecture):
