@@ -13,7 +13,8 @@
 
 // Plays many random evenings, each by its seed, and looks whether what must hold holds in all of them:
 //
-//     long_evenings [COUNT [FIRST_SEED]]
+//     long_evenings [COUNT [FIRST_SEED]]      10000 evenings from seed 1 where nothing is said
+//     long_evenings lines SEED                everything that happens in one of them, but no lighting events
 //
 // The exit status is 1 where something was broken; each such evening is named by its seed.
 
@@ -51,6 +52,17 @@ std::vector<std::string> Play(uint64_t seed, Totals& totals) {
   return rehearsal.Broken();
 }
 
+int PrintLines(uint64_t seed) {
+  RandomEvening evening(seed);
+  Rehearsal rehearsal(evening.Files, RegistryText(evening.Settings), evening.Options, evening.Inputs,
+                      [](const std::string&) { return MediaFacts(); });
+  rehearsal.Write([](const RehearsalEvent& event) { return event.Call != "send" && event.Call != "flush"; },
+                  [](const JsonLine& line) { std::cout << line.Text() << "\n"; });
+  rehearsal.Run();
+  for (const std::string& szWhat : rehearsal.Broken()) std::cout << "broken: " << szWhat << "\n";
+  return EXIT_SUCCESS;
+}
+
 void PlayAll(uint64_t first, uint64_t count, Totals& totals) {
   std::atomic<uint64_t> next = first;
   std::mutex printing;
@@ -70,6 +82,7 @@ void PlayAll(uint64_t first, uint64_t count, Totals& totals) {
 }
 
 int Main(const std::vector<std::string>& arguments) {
+  if (arguments.size() == 2 && arguments[0] == "lines") return PrintLines(std::stoull(arguments[1]));
   const uint64_t count = arguments.empty() ? 10000 : std::stoull(arguments[0]);
   const uint64_t first = arguments.size() < 2 ? 1 : std::stoull(arguments[1]);
   const auto start = std::chrono::steady_clock::now();

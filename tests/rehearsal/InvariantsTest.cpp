@@ -70,6 +70,24 @@ TEST_F(InvariantsTest, NothingNewWhileMediaPlay) {
               ElementsAre("the media player is given something new while it plays: media open"));
 }
 
+TEST_F(InvariantsTest, ASequenceThatIsStoppedHandsTheMediaPlayerOn) {
+  Log("Starting show: eve.shw");
+  Log("Queueing", "Startup", "s.vexseq");
+  Media("open");
+  Media("play");
+  Log("Starting", "Startup", "s.vexseq");
+  Play("Animation", "a.vexseq");
+  Log("Stopping", "Animation", "a.vexseq");
+  Log("Stopping", "Startup", "s.vexseq");
+  Media("open");
+  Media("play");
+  EXPECT_THAT(Watch.Broken(), IsEmpty());
+  Log("Ending", "Startup", "s.vexseq");
+  Media("open");
+  EXPECT_THAT(Watch.Broken(),
+              ElementsAre("the media player is given something new while it plays: media open"));
+}
+
 TEST_F(InvariantsTest, MediaThatFailedPlayNoLonger) {
   Media("open");
   Media("play");

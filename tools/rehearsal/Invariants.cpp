@@ -52,6 +52,19 @@ void Invariants::HearLog(const std::string& szText, const RehearsalEvent& event)
     HearCourse(szText, course);
     if (event.Play == "Musical") m_MusicalPlaying += course.Playing - before;
     if (m_MusicalPlaying > 1) Broke("two musical sequences play");
+    HearHolder(szText, event);
+  }
+}
+
+// A sequence that is stopped lets go of the media player when it is looked at next; another one may have
+// started before.
+void Invariants::HearHolder(const std::string& szText, const RehearsalEvent& event) {
+  const SequenceName name(event.Play, event.File);
+  if (szText == "Starting" && m_HolderComes) {
+    m_Holder = name;
+    m_HolderComes = false;
+  } else if (name == m_Holder && (szText == "Stopping" || szText == "Ending")) {
+    m_MediaPlays = false;
   }
 }
 
@@ -75,7 +88,11 @@ void Invariants::HearCourse(const std::string& szText, Course& course) {
 }
 
 void Invariants::HearMedia(std::string_view szCall) {
-  if (szCall == "open" && m_MediaPlays) Broke("the media player is given something new while it plays");
+  if (szCall == "open") {
+    if (m_MediaPlays) Broke("the media player is given something new while it plays");
+    m_HolderComes = true;
+    m_Holder = {};
+  }
   if (szCall == "play") m_MediaPlays = true;
   if (szCall == "stop" || szCall == "ended" || szCall == "error") m_MediaPlays = false;
 }

@@ -18,7 +18,7 @@ class Show;
 
 /// What must hold in every evening, whatever fails in it:
 ///
-/// - the media player is given nothing new while it plays something;
+/// - the media player is given nothing new while it plays for a sequence that nobody has stopped;
 /// - one musical sequence plays at a time;
 /// - a show that starts is finished before the next one starts, or is the last;
 /// - between a sequence's last "Ending" and its next "Queueing" nothing is said of it;
@@ -49,9 +49,11 @@ class Invariants {
     bool Ended = false;
   };
   using Channel = std::tuple<int64_t, int64_t, int64_t>;
+  using SequenceName = std::pair<std::string, std::string>;  // play word and file
 
   void HearLog(const std::string& szText, const RehearsalEvent& event);
   void HearCourse(const std::string& szText, Course& course);
+  void HearHolder(const std::string& szText, const RehearsalEvent& event);
   void HearMedia(std::string_view szCall);
   void HearSend();
   void ShowStarts(const std::string& szShow);
@@ -68,7 +70,9 @@ class Invariants {
   int64_t m_Finished = 0;
   int64_t m_MusicalPlaying = 0;
   bool m_MediaPlays = false;
-  std::map<std::pair<std::string, std::string>, Course> m_Courses;  // by play word and file
+  bool m_HolderComes = false;  // the next sequence that starts is the one that the media were opened for
+  SequenceName m_Holder;
+  std::map<SequenceName, Course> m_Courses;
   std::set<Channel> m_Lit;
   bool m_LookIsDue = false;  // a show has finished, at m_FinishedAt
   Elapsed m_FinishedAt{0};
