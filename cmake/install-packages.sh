@@ -4,7 +4,7 @@
 # when something is missing.
 set -euo pipefail
 
-build=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev libmpv-dev python3)
+build=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev libmpv-dev liblo-dev python3)
 test=(libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev rapidjson-dev clang-14 clang-format-14
   clang-tidy-14 libclang-rt-14-dev git tshark liblo-tools xvfb openbox wmctrl x11-utils x11-apps)
 

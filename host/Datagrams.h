@@ -62,8 +62,8 @@ class Datagrams {
   /// to live 1 unless set up otherwise, broadcast allowed. Raises Error with the system's code.
   [[nodiscard]] virtual std::unique_ptr<DatagramSocket> NewSender(uint32_t multicastInterface) = 0;
   /// Binds a port at one of this machine's addresses (0: all of them). The handler runs on the loop, which
-  /// outlives the receiver, once for each datagram, at most sixteen in one turn; a flood has to wait in between. Raises Error with the
-  /// system's code.
+  /// outlives the receiver, once for each datagram, at most sixteen in one turn; a flood has to wait in
+  /// between. Raises Error with the system's code.
   [[nodiscard]] virtual std::unique_ptr<DatagramReceiver> NewReceiver(EventLoop& loop,
                                                                       const DatagramAddress& at,
                                                                       DatagramHandler handler) = 0;

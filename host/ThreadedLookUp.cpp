@@ -21,7 +21,7 @@ struct ThreadedLookUp::Question {
 };
 
 ThreadedLookUp::ThreadedLookUp(EventLoop& loop, const std::string& szHost, Resolver resolve,
-                                 HostLookUpHandler handler)
+                               HostLookUpHandler handler)
     : m_Question(std::make_shared<Question>()),
       m_Answered(loop.NewSignal([question = m_Question, handler = std::move(handler)] {
         std::unique_lock lock(question->Guard);
