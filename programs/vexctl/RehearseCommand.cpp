@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <chrono>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -94,6 +96,14 @@ class Printer {
   std::set<std::string, std::less<>> m_Only;
 };
 
+/// Some faults in a short evening, and not so many in a long one that its shows come to nothing.
+Elapsed BetweenFaults(DateTime from, DateTime until) {
+  constexpr int64_t lFaults = 8;
+  constexpr int64_t lShortest = 30;
+  constexpr int64_t lLongest = 900;
+  return std::chrono::seconds(std::clamp(until.SecondsSince(from) / lFaults, lShortest, lLongest));
+}
+
 int Rehearse(CommandContext& context, const RehearseOptions& options) {
   for (const std::string& szKind : options.Only) {
     if (!Kinds.contains(szKind))
@@ -112,6 +122,7 @@ int Rehearse(CommandContext& context, const RehearseOptions& options) {
   rehearsal.Seed = options.Seed;
   rehearsal.AssumeMedia = options.AssumeMedia;
   rehearsal.Faults = options.Faults;
+  rehearsal.MeanBetweenFaults = BetweenFaults(rehearsal.From, rehearsal.Until);
   rehearsal.Watch = options.Faults.has_value();
   auto inputs = ReadInputs(files, options.Inputs, rehearsal.From);
   if (rehearsal.From >= rehearsal.Until) throw CommandFailure(ExitUsage, "--until is not after --from");
