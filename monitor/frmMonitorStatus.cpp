@@ -17,7 +17,7 @@ namespace vex {
 namespace {
 
 constexpr int StatusRestFactor = 50;
-constexpr std::chrono::milliseconds LongestStatusRest{1000};
+constexpr std::chrono::milliseconds LongestStatusRest{100};
 
 std::string SequenceText(const SequencePlayInfo* playInfo) {
   if (playInfo == nullptr) return {};

@@ -36,7 +36,7 @@ class Control(Stage):
     def test_help_teaches_with_examples(self):
         code, out, _ = self.vexctl("--help")
         self.assertEqual(code, 0)
-        for word in ("status", "watch", "reload", "link", "schedules", "shutdown", "--json", "Examples"):
+        for word in ("status", "watch", "reload", "link", "schedules", "shutdown", "--json", "Plan:", "Control:"):
             self.assertIn(word, out)
         self.assertEqual(self.vexctl("shutdown", "--help")[0], 0)
 

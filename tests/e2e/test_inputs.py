@@ -223,7 +223,7 @@ class OnDemand(Stage):
         self.assertEqual(answer, (0, 'asked to play "party.shw", until it is cleared\n', ""))
         self.assert_in_order(tray, "Request for show on demand received: party.shw",
                              "Current show is entering shutdown mode", "Finished show: eve.shw", "Starting show: party.shw")
-        self.assertEqual(self.status()["current"], "(party.shw,(F,,F,),2,F)")
+        self.assertTrue(wait_until(lambda: self.status()["current"] == "(party.shw,(F,,F,),2,F)", 3), self.status())
         self.assertEqual(self.vexctl("clear"), (0, "asked to clear the show on demand\n", ""))
         self.assert_line(tray, "Starting show: eve.shw", count=2)
         self.assert_in_order(tray, "Request to clear show on demand received", "Finished show: party.shw",

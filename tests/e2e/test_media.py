@@ -131,7 +131,7 @@ class Display(MediaStage):
         self.play_show(musical=[self.bring("clip.mp4", "clip.mp4"), self.song("song.wav")])
         self.wait_seen()
         self.wait_seen(False)
-        self.assertIn("song.wav", self.status()["media"])
+        self.assertTrue(wait_until(lambda: "song.wav" in (self.status()["media"] or ""), 5), self.status())
 
     def test_a_song_is_drawn_where_that_is_wanted(self):
         self.video["DisplayVisualizations"] = 1

@@ -24,7 +24,7 @@ class Messages(Stage):
         self.write_week(text="((1,2,(,0,a.shw),5)")
         tray.send(RELOAD)
         self.assert_line(tray, "tmrVexMsgQueue_Timer Error: ", 5)
-        self.assertIn("list", self.status()["lastError"]["text"])
+        self.assertTrue(wait_until(lambda: "list" in (self.status()["lastError"] or {}).get("text", ""), 3), self.status())
         time.sleep(1.5)
         self.assertFalse(tray.wait_line("shutdown mode", 0))
         self.assertIn("eve.shw", self.status()["current"])
@@ -71,7 +71,7 @@ class Messages(Stage):
         time.sleep(1.2)
         tray.send(DEMAND, "(Für Elise.shw,(F,,F,),2,F)")
         self.assert_line(tray, "Starting show: Für Elise.shw", 3)
-        self.assertIn("Für Elise.shw", self.status()["current"])
+        self.assertTrue(wait_until(lambda: "Für Elise.shw" in self.status()["current"], 3), self.status())
 
     def test_datagrams_of_a_wrong_shape_are_dropped(self):
         self.start_player()
