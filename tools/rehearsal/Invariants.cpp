@@ -1,6 +1,7 @@
 #include "tools/rehearsal/Invariants.h"
 
-#include <nlohmann/json.hpp>
+#include <array>
+#include <charconv>
 
 #include "player/StatusReport.h"
 #include "show/InteractiveGroup.h"
@@ -15,6 +16,16 @@ bool Behind(const std::string& szText, std::string_view szBeginning, std::string
   if (!szText.starts_with(szBeginning)) return false;
   szRest = szText.substr(szBeginning.size());
   return true;
+}
+
+/// The first arguments of a "send" line are numbers. Such lines are most of what is heard, so they are not
+/// read as JSON.
+std::array<double, 5> FirstArguments(const std::string& szLine) {
+  constexpr std::string_view szMark = "\"args\":[";
+  std::array<double, 5> values{};
+  const char* at = szLine.data() + szLine.find(szMark) + szMark.size();
+  for (double& value : values) at = std::from_chars(at, szLine.data() + szLine.size(), value).ptr + 1;
+  return values;
 }
 
 }  // namespace
@@ -98,12 +109,10 @@ void Invariants::HearMedia(std::string_view szCall) {
 }
 
 void Invariants::HearSend() {
-  constexpr size_t endLevel = 4;
-  const auto line = nlohmann::json::parse((*m_LineOf)());
-  const auto& arguments = line.at("args");
-  const Channel channel{arguments.at(0).get<int64_t>(), arguments.at(1).get<int64_t>(),
-                        arguments.at(2).get<int64_t>()};
-  if (arguments.at(endLevel).get<double>() == 0)
+  const auto [network, unit, circuit, startLevel, endLevel] = FirstArguments((*m_LineOf)());
+  const Channel channel{static_cast<int64_t>(network), static_cast<int64_t>(unit),
+                        static_cast<int64_t>(circuit)};
+  if (endLevel == 0)
     m_Lit.erase(channel);
   else
     m_Lit.insert(channel);
