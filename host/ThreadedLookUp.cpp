@@ -2,8 +2,9 @@
 
 #include <mutex>
 #include <system_error>
-#include <thread>
 #include <utility>
+
+#include "host/DetachedThread.h"
 
 namespace vex {
 
@@ -31,11 +32,11 @@ ThreadedLookUp::ThreadedLookUp(EventLoop& loop, const std::string& szHost, Resol
       })) {
   m_Question->Answered = m_Answered.get();
   try {
-    std::thread([question = m_Question, szHost, resolve = std::move(resolve)] {
+    StartDetached([question = m_Question, szHost, resolve = std::move(resolve)] {
       uint32_t address = 0;
       const bool boolFound = resolve(szHost, address);
       question->Answer(boolFound ? std::optional(address) : std::nullopt);
-    }).detach();
+    });
   } catch (const std::system_error&) {
     m_Question->Answer(std::nullopt);  // a machine without room for a thread knows no names either
   }

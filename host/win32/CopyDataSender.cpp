@@ -6,8 +6,8 @@
 #include <deque>
 #include <mutex>
 #include <string>
-#include <thread>
 
+#include "host/DetachedThread.h"
 #include "host/win32/WindowNumber.h"
 
 namespace vex {
@@ -96,7 +96,7 @@ CopyDataSender::~CopyDataSender() {
 void CopyDataSender::Send(WindowHandle sender, WindowHandle target, const CopyData& copy) {
   if (!m_Outbox) {
     m_Outbox = std::make_shared<Outbox>();
-    std::thread([outbox = m_Outbox] { outbox->Work(); }).detach();
+    StartDetached([outbox = m_Outbox] { outbox->Work(); });
   }
   const bool boolBytes = copy.Size > 0 && copy.Bytes != nullptr;
   m_Outbox->Add({sender, target, copy.Data, boolBytes ? std::string(copy.Bytes, copy.Size) : std::string()});
