@@ -1,11 +1,21 @@
 #include "components/recorded/Recorder.h"
 
+#include <filesystem>
 #include <fstream>
 #include <utility>
 
 #include "host/Files.h"
 
 namespace vex {
+
+namespace {
+
+/// Opened by a name in plain text, a stream takes the machine's own code page where it has one.
+std::filesystem::path PathOf(const std::string& szUtf8) {
+  return std::u8string(szUtf8.begin(), szUtf8.end());
+}
+
+}  // namespace
 
 Recorder::Recorder(const Clock& clock, Sink sink, Filter wanted)
     : m_Clock(clock), m_Sink(std::move(sink)), m_Wanted(std::move(wanted)) {}
@@ -44,7 +54,7 @@ Recorder::Sink FileSink(Files& files, const std::string& szPath) {
   auto stream = std::make_shared<std::ofstream>();
   return [&files, szPath, stream](std::string_view, std::string_view, const JsonLine& line) {
     // Opened late, so that a program that ends before it has anything to write leaves an older file alone.
-    if (!stream->is_open()) stream->open(files.HostPath(szPath), std::ios::binary | std::ios::trunc);
+    if (!stream->is_open()) stream->open(PathOf(files.HostPath(szPath)), std::ios::binary | std::ios::trunc);
     *stream << line.Text() << '\n' << std::flush;
   };
 }
