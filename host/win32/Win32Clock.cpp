@@ -36,9 +36,9 @@ std::string Win32Clock::ShortTime() const {
   const SYSTEMTIME time = LocalTime();
   std::array<wchar_t, 80> format{};
   std::array<wchar_t, 80> text{};
-  // The single-byte call does not know the short format everywhere.
-  const bool boolFormat = GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SSHORTTIME, format.data(),
-                                         static_cast<int>(format.size())) > 0;
+  // The single-byte call does not know the short format everywhere. An empty one would leave no time at all.
+  GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SSHORTTIME, format.data(), static_cast<int>(format.size()));
+  const bool boolFormat = format[0] != L'\0';
   GetTimeFormatW(LOCALE_USER_DEFAULT, boolFormat ? 0 : TIME_NOSECONDS, &time,
                  boolFormat ? format.data() : nullptr, text.data(), static_cast<int>(text.size()));
   std::string szTime;

@@ -52,5 +52,12 @@ TEST(Win32Clock, ShortTimeIsTheUsersFormat) {
   EXPECT_EQ(szTime, "at " + std::to_string(dtBefore.Hour()));
 }
 
+TEST(Win32Clock, AnEmptyFormatStillTellsHoursAndMinutes) {
+  const ShortTimeFormat format(L"");
+  const std::string szTime = Win32Clock().ShortTime();
+  EXPECT_NE(szTime.find(':'), std::string::npos) << szTime;
+  EXPECT_EQ(szTime.find(':'), szTime.rfind(':')) << szTime << " has seconds";
+}
+
 }  // namespace
 }  // namespace vex::test
