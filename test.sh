@@ -122,7 +122,8 @@ step_windows() {
     skipped=$((skipped + left_out))
     check "programs of windows-$architecture stand alone" python3 tests/windows/imports.py "$architecture" \
       "build/windows-$architecture/bin"
-    python3 tests/windows/programs.py "$architecture" 2>&1 | tee "$results/programs"
+    { python3 tests/windows/programs.py "$architecture"; python3 tests/windows/network.py "$architecture"; } 2>&1 |
+      tee "$results/programs"
     passed=$((passed + $(grep -c '^ok ' "$results/programs")))
     failed=$((failed + $(grep -c '^not ok ' "$results/programs")))
   done
