@@ -1,6 +1,7 @@
 #include "components/open/wire/OscMessage.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vex {
 namespace {
@@ -29,6 +30,48 @@ bool TakeNumber(std::span<const uint8_t>& rest, int32_t& lNumber) {
   return true;
 }
 
+/// A number of bytes, the bytes, and the zeros that fill their last unit.
+bool SkipBlob(std::span<const uint8_t>& rest) {
+  int32_t lSize = 0;
+  if (!TakeNumber(rest, lSize)) return false;
+  const size_t length = static_cast<uint32_t>(lSize);
+  const size_t size = length / Unit * Unit + (length % Unit == 0 ? 0 : Unit);
+  if (length > rest.size() || size > rest.size() ||
+      std::ranges::any_of(rest.subspan(length, size - length), [](auto byte) { return byte != 0; }))
+    return false;
+  rest = rest.subspan(size);
+  return true;
+}
+
+/// Steps over one value; false for a type that is not known, or for bytes that are none of it.
+bool SkipValue(char type, std::span<const uint8_t>& rest) {
+  std::string szText;
+  int32_t lNumber = 0;
+  switch (type) {
+    case 'T':
+    case 'F':
+    case 'N':
+    case 'I':
+      return true;
+    case 'i':
+    case 'f':
+    case 'c':
+    case 'm':
+      return TakeNumber(rest, lNumber);
+    case 'h':
+    case 't':
+    case 'd':
+      return TakeNumber(rest, lNumber) && TakeNumber(rest, lNumber);
+    case 's':
+    case 'S':
+      return TakeText(rest, szText);
+    case 'b':
+      return SkipBlob(rest);
+    default:
+      return false;
+  }
+}
+
 void AddText(std::vector<uint8_t>& bytes, const std::string& szText) {
   // A text ends at its first zero.
   bytes.insert(bytes.end(), szText.begin(), std::ranges::find(szText, '\0'));
@@ -49,12 +92,15 @@ std::optional<OscMessage> ReadOscMessage(std::span<const uint8_t> bytes) {
   if (!TakeText(rest, read.Path) || !TakeText(rest, read.Types) || !read.Types.starts_with(','))
     return std::nullopt;
   read.Types.erase(0, 1);
-  if (read.Types != OscTriggerTypes) return read;
-  OscTrigger& values = read.Values;
-  if (!TakeNumber(rest, values.Network) || !TakeNumber(rest, values.Unit) ||
-      !TakeNumber(rest, values.Input) || !TakeText(rest, values.Name) || !rest.empty())
+  if (read.Types == OscTriggerTypes) {
+    OscTrigger& values = read.Values;
+    if (!TakeNumber(rest, values.Network) || !TakeNumber(rest, values.Unit) ||
+        !TakeNumber(rest, values.Input) || !TakeText(rest, values.Name))
+      return std::nullopt;
+  } else if (!std::ranges::all_of(read.Types, [&rest](char type) { return SkipValue(type, rest); })) {
     return std::nullopt;
-  return read;
+  }
+  return rest.empty() ? std::optional(std::move(read)) : std::nullopt;
 }
 
 std::vector<uint8_t> WriteOscMessage(const OscTrigger& trigger) {
