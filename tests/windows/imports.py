@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Holds the Windows programs of a folder to standing alone: they may ask for no library but those that every
-Windows since 7 brings.
+Windows since 7 brings. The socket library is none of these: it is loaded when a network is wanted.
 
     imports.py ARCHITECTURE FOLDER
 """
@@ -9,7 +9,7 @@ import re
 import subprocess
 import sys
 
-MACHINE = {"advapi32", "kernel32", "msvcrt", "ole32", "oleaut32", "shell32", "user32", "winmm", "ws2_32", "gdi32"}
+MACHINE = {"advapi32", "kernel32", "msvcrt", "ole32", "oleaut32", "shell32", "user32", "winmm", "gdi32"}
 
 
 def main(architecture, folder):
