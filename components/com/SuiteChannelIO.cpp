@@ -19,7 +19,9 @@ std::shared_ptr<const ComponentNames> SuiteChannelIO::ReadNames(Registry& settin
 SuiteChannelIO::SuiteChannelIO(std::shared_ptr<const ComponentNames> names)
     : m_Control(std::move(names)),
       m_Events(m_Control.Object(),
-               [this](DISPID, const std::vector<VARIANT>& arguments) { EventRaised(arguments); }) {}
+               [this](DISPID, const std::vector<VARIANT>& arguments) { EventRaised(arguments); }) {
+  m_Seat.Take(ComPointer<IUnknown>::Share(m_Control.Object()), nullptr);
+}
 
 // An event is told by its shape, since its number is the control's own affair.
 void SuiteChannelIO::EventRaised(const std::vector<VARIANT>& arguments) {

@@ -3,13 +3,15 @@
 #include <memory>
 
 #include "components/com/Component.h"
+#include "components/com/ControlSeat.h"
 #include "components/com/EventConnection.h"
 #include "player/devices/ChannelIO.h"
 
 namespace vex {
 
 /// The suite's hardware I/O control. Every role is one call to it, with the argument types that it was built
-/// for; a control that cannot say which units and circuits it takes is sent everything.
+/// for. It sits on no window, for it has nothing to show. A control that cannot say which units and circuits
+/// it takes is sent everything.
 class SuiteChannelIO final : public ChannelIO {
  public:
   /// What the control is called, by the settings.
@@ -43,6 +45,7 @@ class SuiteChannelIO final : public ChannelIO {
   void EventRaised(const std::vector<VARIANT>& arguments);
 
   Component m_Control;
+  ControlSeat m_Seat;
   EventConnection m_Events;
 };
 

@@ -208,6 +208,20 @@ TEST_F(SuiteChannelIOTest, BareResultCodeIsAnErrorThatSaysWhichCallFailed) {
       << error.Description;
 }
 
+TEST_F(SuiteChannelIOTest, ControlThatExpectsAFormIsSeatedUnseenUntilItGoes) {
+  SuiteMakeControl("ChannelIO");
+  m_Devices = m_Machine.MakeDevices();
+  EXPECT_EQ(Calls(),
+            "ChannelIO is listened to\n"
+            "ChannelIO is seated\n"
+            "ChannelIO is begun anew\n");
+  m_Devices = {};
+  EXPECT_EQ(Calls(),
+            "ChannelIO is closed\n"
+            "ChannelIO is let go\n");
+  EXPECT_EQ(SuiteObjects(), 0);
+}
+
 TEST_F(SuiteChannelIOTest, ControlGoesWithTheDevices) {
   Make();
   EXPECT_EQ(SuiteObjects(), 2);

@@ -32,10 +32,14 @@ class Wine:
         }
 
     def bring(self, program):
-        """Copies a program, and the libraries that bear its name and more, into the work folder."""
-        for file in (program, *program.parent.glob(program.stem + "_*.dll")):
+        """Copies a program, and the files beside it that bear its name and more, into the work folder."""
+        for file in (program, *program.parent.glob(program.stem + "_*.*")):
             shutil.copy2(file, self.folder / file.name)
         return program.name
+
+    def path(self, name):
+        """A file of the work folder as the machine names it."""
+        return "Z:" + f"{self.work}/{name}".replace("/", "\\")
 
     def call(self, arguments, timeout=120, output=None):
         """Runs a command of the machine in its work folder, its standard output going to a file, never to a
@@ -51,6 +55,8 @@ class Wine:
                 return None
 
     def start(self):
+        # Sound goes nowhere, in its own time.
+        (self.folder / "sound.conf").write_text("pcm.!default { type null }\nctl.!default { type null }\n")
         if not self.ready():
             if self.call(["wineboot", "-i"]) != 0:
                 raise Unavailable("wineboot fails")
@@ -80,7 +86,8 @@ class Wine64(Wine):
         self.prefix = BUILD / "wine" / name
         self.folder = self.prefix / "work"
         self.folder.mkdir(parents=True, exist_ok=True)
-        self.environment["WINEPREFIX"] = str(self.prefix)
+        self.work = str(self.folder)
+        self.environment |= {"WINEPREFIX": str(self.prefix), "ALSA_CONFIG_PATH": str(self.folder / "sound.conf")}
 
     def command(self, arguments):
         return arguments
@@ -101,13 +108,14 @@ class Wine32(Wine):
             raise Unavailable("the 32-bit Wine stands in a root folder of its own, which only root may enter")
         self.folder = ROOT32 / "work"
         self.folder.mkdir(exist_ok=True)
+        self.work = "/work"
         # Without it the root folder does not even know this machine's own name for itself.
         hosts = ROOT32 / "etc" / "hosts"
         if not hosts.exists():
             hosts.write_text("127.0.0.1 localhost\n", encoding="ascii")
         # The loader finds its libraries here where the root folder has no /proc to tell.
         self.environment |= {"PATH": "/usr/bin:/bin", "HOME": "/root", "WINEPREFIX": "/prefix",
-                             "WINEDLLPATH": LIBRARIES32}
+                             "WINEDLLPATH": LIBRARIES32, "ALSA_CONFIG_PATH": "/work/sound.conf"}
 
     def command(self, arguments):
         return ["/usr/sbin/chroot", str(ROOT32), "/bin/sh", "-c", 'cd /work && exec "$@"', "sh", *arguments]

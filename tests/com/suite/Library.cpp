@@ -64,6 +64,8 @@ const char* SuiteTakeCalls() {
 
 void SuiteReset() {
   for (auto& [member, value] : TheScript().Results) VariantClear(&value);
+  for (auto& [member, values] : TheScript().NextResults)
+    for (VARIANT& value : values) VariantClear(&value);
   const long objects = TheScript().Objects;
   TheScript() = {};
   TheScript().Objects = objects;
@@ -75,6 +77,12 @@ long SuiteObjects() {
 
 void SuiteReturn(const char* member, const VARIANT* value) {
   VARIANT& kept = TheScript().Results[member];
+  VariantCopy(&kept, const_cast<VARIANT*>(value));
+}
+
+void SuiteReturnNext(const char* member, const VARIANT* value) {
+  VARIANT& kept = TheScript().NextResults[member].emplace_back();
+  VariantInit(&kept);
   VariantCopy(&kept, const_cast<VARIANT*>(value));
 }
 
@@ -96,6 +104,10 @@ void SuiteDeaf(const char* member) {
 
 void SuiteMovePorts(int delta) {
   TheScript().PortDelta = delta;
+}
+
+void SuiteMakeControl(const char* component) {
+  TheScript().Controls[component] = true;
 }
 
 void SuitePassEvents(const char* component, SuiteEvents how) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <map>
 #include <optional>
 #include <string>
@@ -23,10 +24,12 @@ struct Script {
   std::string Calls;
   std::string Taken;
   std::map<std::string, VARIANT> Results;
+  std::map<std::string, std::deque<VARIANT>> NextResults;
   std::map<std::string, Raising> Raisings;
   std::map<std::string, std::optional<std::string>> Names;
   std::map<std::string, bool> Deaf;
   std::map<std::string, SuiteEvents> Events;
+  std::map<std::string, bool> Controls;
   int PortDelta = 0;
   long Objects = 0;
 };

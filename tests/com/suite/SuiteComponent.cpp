@@ -141,6 +141,10 @@ HRESULT SuiteComponent::QueryInterface(REFIID id, void** object) {
   if ((IsEqualIID(id, IID_IProvideClassInfo) || IsEqualIID(id, IID_IProvideClassInfo2)) &&
       how != EventsEnumerated)
     *object = static_cast<IProvideClassInfo2*>(this);
+  if (TheScript().Controls.contains(m_Component)) {
+    if (IsEqualIID(id, IID_IOleObject)) *object = static_cast<IOleObject*>(&m_OleSide);
+    if (IsEqualIID(id, IID_IPersistStreamInit)) *object = static_cast<IPersistStreamInit*>(&m_OleSide);
+  }
   if (*object == nullptr) return E_NOINTERFACE;
   AddRef();
   return S_OK;
@@ -198,6 +202,12 @@ HRESULT SuiteComponent::Invoke(DISPID number, REFIID, LCID, WORD kind, DISPPARAM
       *parameters->rgvarg[i].pbVal = static_cast<BYTE>(*parameters->rgvarg[i].pbVal + TheScript().PortDelta);
   const auto raising = TheScript().Raisings.find(key);
   if (raising != TheScript().Raisings.end()) return Raise(raising->second, raised);
+  const auto next = TheScript().NextResults.find(key);
+  if (result != nullptr && next != TheScript().NextResults.end() && !next->second.empty()) {
+    *result = next->second.front();
+    next->second.pop_front();
+    return S_OK;
+  }
   const auto given = TheScript().Results.find(key);
   if (result != nullptr && given != TheScript().Results.end()) return VariantCopy(result, &given->second);
   return S_OK;

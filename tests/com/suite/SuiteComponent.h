@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/com/suite/OleSide.h"
 #include "tests/com/suite/SuiteScript.h"
 //
 #include <ocidl.h>
@@ -53,6 +54,7 @@ class SuiteComponent : public IDispatch, public IConnectionPointContainer, publi
 
   std::string m_Component;
   ULONG m_References = 1;
+  OleSide m_OleSide{*this};
   Point* m_Properties;
   Point* m_Events;
 };

@@ -26,6 +26,8 @@ long SuiteObjects();
 
 /// What a member gives from now on, "Component.Member"; a copy is kept.
 void SuiteReturn(const char* member, const VARIANT* value);
+/// The same for the next call only; several are given in their order.
+void SuiteReturnNext(const char* member, const VARIANT* value);
 /// A member raises: with a record of these contents, filled in late or at once, or, without a description, by
 /// the bare result code.
 void SuiteRaise(const char* member, HRESULT code, WORD number, const wchar_t* source,
@@ -37,6 +39,8 @@ void SuiteDeaf(const char* member);
 /// Bytes by reference are moved by so much in every call.
 void SuiteMovePorts(int delta);
 
+/// The component is a control, made to sit on a form.
+void SuiteMakeControl(const char* component);
 void SuitePassEvents(const char* component, SuiteEvents how);
 /// Raises an event on every object of a component: its arguments in their order. Gives the result code of the
 /// last call, S_FALSE when nobody listens.
