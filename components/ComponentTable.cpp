@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "basic/Error.h"
+#include "components/machine/MachineComponents.h"
 #include "components/open/OpenChannelIO.h"
 #include "components/open/OpenSequenceEngine.h"
 #include "components/open/OpenShellCommandManager.h"
@@ -32,6 +33,7 @@ struct Making {
   std::shared_ptr<Recorder> Lines;
   std::shared_ptr<MediaNames> Names = std::make_shared<MediaNames>();
   bool MediaLearnFromSequences = false;
+  std::function<std::shared_ptr<SequenceEngine>()> Engines = nullptr;  // without a recorder around them
 
   const std::shared_ptr<Recorder>& Recording() {
     if (!Lines) {
@@ -58,7 +60,7 @@ std::function<std::shared_ptr<SequenceEngine>()> RecordedEngines(Making& making,
   const SequenceRecording recording{
       std::move(lines), making.Names, nullptr,
       [find = making.Needs.FullSequencePath](const std::string& szName) { return find(szName, true); }};
-  return [recording, engines = OpenEngines(making.Needs)] {
+  return [recording, engines = making.Engines] {
     return std::make_shared<RecordedSequenceEngine>(engines(), recording);
   };
 }
@@ -68,13 +70,20 @@ void OpenLights(Making& making) {
   making.Made.Lights = std::make_shared<OpenChannelIO>(needs.Time, needs.Loop, needs.Network,
                                                        ReadOutputSettings(needs.Settings), needs.MachineId);
   making.Made.ShellCommands = std::make_shared<OpenShellCommandManager>();
-  making.Made.NewSequence = OpenEngines(needs);
+  making.Engines = OpenEngines(needs);
+  making.Made.NewSequence = making.Engines;
+}
+
+void SuiteLights(Making& making) {
+  ComponentsOfThisMachine().MakeSuiteLights(making.Needs.Settings, making.Made);
+  making.Engines = making.Made.NewSequence;
 }
 
 void RecordedLights(Making& making) {
   making.Made.Lights = std::make_shared<RecordedChannelIO>(making.Recording());
   making.Made.ShellCommands = std::make_shared<RecordedShellCommandManager>(
       std::make_shared<OpenShellCommandManager>(), making.Recording());
+  making.Engines = OpenEngines(making.Needs);
   making.Made.NewSequence = RecordedEngines(making, making.Recording());
 }
 
@@ -84,6 +93,10 @@ void LibraryMedia(Making& making) {
                                                       ReadMpvSettings(needs.Settings));
   making.Made.Media = media;
   making.Made.Window = media->Window();
+}
+
+void ControlMedia(Making& making) {
+  ComponentsOfThisMachine().MakeMediaControl(making.Needs.Time, making.Needs.Loop, making.Made);
 }
 
 void RecordedMedia(Making& making) {
@@ -104,8 +117,15 @@ struct Row {
   void (*Make)(Making&);
 };
 
-const std::vector<Row> LightsRows = {{"open", OpenLights}, {"suite", nullptr}, {"recorded", RecordedLights}};
-const std::vector<Row> MediaRows = {{"mpv", LibraryMedia}, {"wmp", nullptr}, {"recorded", RecordedMedia}};
+std::vector<Row> LightsRows() {
+  const auto suite = ComponentsOfThisMachine().MakeSuiteLights != nullptr ? SuiteLights : nullptr;
+  return {{"open", OpenLights}, {"suite", suite}, {"recorded", RecordedLights}};
+}
+
+std::vector<Row> MediaRows() {
+  const auto control = ComponentsOfThisMachine().MakeMediaControl != nullptr ? ControlMedia : nullptr;
+  return {{"mpv", LibraryMedia}, {"wmp", control}, {"recorded", RecordedMedia}};
+}
 
 void MakeByName(Making& making, const char* szSetting, const std::string& szDefault,
                 const std::vector<Row>& rows) {
@@ -127,10 +147,10 @@ void MakeByName(Making& making, const char* szSetting, const std::string& szDefa
 
 Devices NewDevices(const ComponentNeeds& needs) {
   Making making{needs, {}, nullptr};
-  MakeByName(making, "Lights", needs.DefaultLights, LightsRows);
+  MakeByName(making, "Lights", ComponentsOfThisMachine().DefaultLights, LightsRows());
   // Lines about sequences belong to recorded lights; recorded media alone write only their own.
   const std::shared_ptr<Recorder> lines = making.Lines;
-  MakeByName(making, "Media", needs.DefaultMedia, MediaRows);
+  MakeByName(making, "Media", ComponentsOfThisMachine().DefaultMedia, MediaRows());
   if (making.MediaLearnFromSequences) making.Made.NewSequence = RecordedEngines(making, lines);
   return std::move(making.Made);
 }

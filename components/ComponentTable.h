@@ -26,15 +26,13 @@ struct ComponentNeeds {
   std::function<std::string(const std::string&, bool)> FullSequencePath;
   /// Stays the same for this machine; the lighting streams' identity is made from it.
   std::string MachineId;
-  /// What stands for "Lights" and "Media" where the settings are silent.
-  std::string DefaultLights = "open";
-  std::string DefaultMedia = "mpv";
 };
 
 /// Which components are used stands in the product subkey "Components": "Lights" ("open", "suite",
-/// "recorded") and "Media" ("mpv", "wmp", "recorded"), compared without case. Recorded devices write to the
-/// file named by "Recording". The table never falls back silently: a name that it does not know, or that
-/// this build of the program has not, raises Error with the setting and what is possible.
+/// "recorded") and "Media" ("mpv", "wmp", "recorded"), compared without case; what stands for a silent
+/// setting is the machine's. Recorded devices write to the file named by "Recording". The table never falls
+/// back silently: a name that it does not know, or that this build of the program has not, raises Error with
+/// the setting and what is possible.
 [[nodiscard]] Devices NewDevices(const ComponentNeeds& needs);
 
 }  // namespace vex

@@ -1,5 +1,9 @@
 #include "components/com/SuiteDevices.h"
 
+#include <algorithm>
+
+#include "components/com/ComText.h"
+#include "components/com/MediaControl.h"
 #include "components/com/SuiteChannelIO.h"
 #include "components/com/SuiteSequenceEngine.h"
 #include "components/com/SuiteShellCommandManager.h"
@@ -13,6 +17,21 @@ void MakeSuiteLights(Registry& settings, Devices& devices) {
   devices.ShellCommands =
       std::make_shared<SuiteShellCommandManager>(SuiteShellCommandManager::ReadNames(settings));
   devices.NewSequence = [engineNames] { return std::make_shared<SuiteSequenceEngine>(engineNames); };
+}
+
+bool SuiteIsInstalled(Registry& settings) {
+  const auto names = {SuiteChannelIO::ReadNames(settings), SuiteSequenceEngine::ReadNames(settings),
+                      SuiteShellCommandManager::ReadNames(settings)};
+  return std::ranges::all_of(names, [](const auto& component) {
+    CLSID id{};
+    return SUCCEEDED(CLSIDFromProgID(WideOf(component->ProgramId).c_str(), &id));
+  });
+}
+
+void MakeMediaControl(const Clock& clock, EventLoop& loop, Devices& devices) {
+  const auto control = std::make_shared<MediaControl>(clock, loop);
+  devices.Media = control;
+  devices.Window = control->Window();
 }
 
 }  // namespace vex

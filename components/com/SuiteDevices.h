@@ -2,6 +2,8 @@
 
 namespace vex {
 
+class Clock;
+class EventLoop;
 class Registry;
 struct Devices;
 
@@ -10,5 +12,12 @@ struct Devices;
 /// not again. Raises Error where the control or the manager cannot be created; an engine that cannot be fails
 /// each sequence by itself.
 void MakeSuiteLights(Registry& settings, Devices& devices);
+
+/// Whether all three stand in the machine's registry under the program ids that the settings give them.
+[[nodiscard]] bool SuiteIsInstalled(Registry& settings);
+
+/// Fills in the machine's media player control and the window that it sits on. Raises Error where there is no
+/// such control.
+void MakeMediaControl(const Clock& clock, EventLoop& loop, Devices& devices);
 
 }  // namespace vex

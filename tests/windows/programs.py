@@ -7,10 +7,13 @@ it from another program, starts a second one, and ends it.
 Prints "ok NAME" or "not ok NAME" for each case, with what was seen.
 """
 import json
+import math
 import pathlib
+import struct
 import sys
 import threading
 import time
+import wave
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 import wine  # noqa: E402
@@ -84,6 +87,37 @@ def life(stage):
     yield "and it is gone", stage.run("vexctl.exe", "status")[0] == 1, ""
 
 
+def write_song(stage, name, media):
+    cues = {"format": "vexseq", "version": 1, "duration": 1, "media": stage.machine.path(media), "events": []}
+    (stage.machine.folder / name).write_text(json.dumps(cues))
+    return stage.machine.path(name)
+
+
+def songs(stage):
+    """The machine's own media player control plays what a show names, and goes on behind what it cannot play."""
+    stage.run("reg", "add", KEY + r"\Output", "/v", "Protocol", "/d", "none", "/f")
+    with wave.open(str(stage.machine.folder / "carol.wav"), "wb") as carol:
+        carol.setparams((1, 2, 22050, 0, "NONE", ""))
+        carol.writeframes(b"".join(struct.pack("<h", int(3000 * math.sin(i / 10))) for i in range(22050)))
+    names = ",".join(write_song(stage, *song) for song in (("carol.vexseq", "carol.wav"), ("none.vexseq", "none.wav")))
+    (stage.machine.folder / "songs.shw").write_text(f"((2,0,1,0,,),(2,0,1,0,,),(1,0,1,0,,),(0,1,1,0,,({names})),)\r\n")
+    player = stage.start("VexMonitor.exe", "/noschedule")
+    stage.wait_for_status(lambda found: found["ready"])
+    watch = stage.start("vexctl.exe", "watch", timeout=60)
+    stage.run("vexctl.exe", "play", stage.machine.path("songs.shw"), "--for", "1h")
+    playing = stage.wait_for_status(lambda found: (found["media"] or "").endswith("carol.wav"))
+    yield "a song holds the media player control", bool(playing), playing
+    failed = stage.wait_for_status(lambda found: found["lastError"])
+    yield "a song that is not there fails", failed and "MEDIA PLAYER ERROR" in failed["lastError"]["text"], failed
+    time.sleep(4)
+    stage.run("vexctl.exe", "shutdown", "--now")
+    player.join()
+    watch.join()
+    starts = watch.result[1].count("carol.vexseq")
+    yield "a song that has ended comes round again", starts >= 3, watch.result[1]
+    yield "the control is let go at the end", player.result[0] == 0, player.result
+
+
 def main(architecture):
     try:
         machine = wine.machine(architecture).start()
@@ -93,7 +127,7 @@ def main(architecture):
     bad = 0
     try:
         stage = Stage(machine, architecture)
-        for part in (installation, life):
+        for part in (installation, life, songs):
             for name, holds, seen in part(stage):
                 print(f"{'ok' if holds else 'not ok'} windows-{architecture}: {name}")
                 if not holds:

@@ -1,0 +1,13 @@
+#include "components/machine/MachineComponents.h"
+
+#include "components/com/SuiteDevices.h"
+
+namespace vex {
+
+const MachineComponents& ComponentsOfThisMachine() {
+  static constexpr MachineComponents components{"suite", "wmp", MakeSuiteLights, MakeMediaControl,
+                                                SuiteIsInstalled};
+  return components;
+}
+
+}  // namespace vex
