@@ -50,7 +50,7 @@ std::string Wave(double seconds) {
 class Reader {
  public:
   Reader(const std::filesystem::path& file, std::filesystem::path folder)
-      : m_Name(file.filename()),
+      : m_Name(file.filename().string()),
         m_Path(file.parent_path()),
         m_Folder(std::move(folder)),
         m_Stream(file, std::ios::binary) {}
@@ -103,6 +103,7 @@ class Reader {
     Reader other(m_Path / szName, m_Folder);
     if (!other.m_Stream) Fail("has no file " + szName + " beside it");
     other.ReadSections();
+    if (!other.m_Evening.Impossible.empty()) m_Evening.Impossible = other.m_Evening.Impossible;
   }
 
   /// A word that stands for a text many times over, so that a long line can be read.
@@ -170,8 +171,10 @@ class Reader {
     return kept;
   }
 
-  void Write(const std::string& szName, const std::string& szText) const {
-    std::ofstream(m_Folder / szName, std::ios::binary) << szText;
+  void Write(const std::string& szName, const std::string& szText) {
+    std::ofstream stream(m_Folder / szName, std::ios::binary);
+    stream << szText;
+    if (!stream) m_Evening.Impossible = szName;
   }
 
   std::string m_Name;

@@ -17,6 +17,8 @@ struct EveningFile {
   std::vector<std::string> Expected;
   /// Log lines below it are not looked at.
   int32_t LowestLevel = 0;
+  /// A file that this machine could not lay out, because no file may have such a name there.
+  std::string Impossible;
 };
 
 /// Reads the file and lays out what it holds in the folder, with a settings file "settings.reg" for which
