@@ -4,6 +4,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace vex {
 
@@ -14,6 +15,19 @@ class OpenFile {
   [[nodiscard]] virtual uint64_t Size() const = 0;
   /// Fills the whole span from the offset; false when the file has not that many bytes or cannot be read.
   virtual bool ReadAt(uint64_t offset, std::span<uint8_t> bytes) = 0;
+};
+
+/// A file that is written bit by bit, as a log is: at its end, or over its last bytes. One program writes it
+/// at a time; others may read it meanwhile. Closes itself.
+class GrowingFile {
+ public:
+  virtual ~GrowingFile() = default;
+  [[nodiscard]] virtual uint64_t Size() const = 0;
+  /// Writes the bytes from the offset on, which is at most the file's end. What has been written outlasts
+  /// this program, however it ends. False on any failure, and any part of the bytes may then stand there.
+  virtual bool WriteAt(uint64_t offset, std::string_view bytes) = 0;
+  /// Waits until what has been written outlasts a power cut too.
+  virtual bool Flush() = 0;
 };
 
 /// Held while a file is read, changed and written; let go when destroyed, or when the program ends.
@@ -48,6 +62,13 @@ class Files {
                                                        std::string* szReason = nullptr) = 0;
   /// Empty when it cannot be opened.
   [[nodiscard]] virtual std::unique_ptr<OpenFile> Open(const std::string& szPath) = 0;
+
+  /// Opens a file as it is, or makes it, to be written bit by bit. Empty when it cannot be, and on machines
+  /// where no program of the system keeps such files.
+  [[nodiscard]] virtual std::unique_ptr<GrowingFile> Grow(const std::string& /*szPath*/) { return nullptr; }
+  /// Gives a file another name in its folder, in place of whatever file has that name; false on any failure,
+  /// and on machines where nobody needs it.
+  virtual bool Rename(const std::string& /*szPath*/, const std::string& /*szNewPath*/) { return false; }
 
   /// True when the path exists and is not a folder.
   [[nodiscard]] virtual bool Exists(const std::string& szPath) = 0;

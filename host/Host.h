@@ -53,6 +53,10 @@ class Host {
   /// Where the user's schedules belong unless the settings say so, as the system writes paths, with its "\".
   /// Raises Error when nothing tells.
   [[nodiscard]] virtual std::string UserDataFolder() { return {}; }
+  /// Where programs of this user keep what they note for themselves (logs), as the system writes paths, with
+  /// its
+  /// "\"; empty where no program of the system keeps any. Raises Error when nothing tells.
+  [[nodiscard]] virtual std::string StateFolder() { return {}; }
   /// Whether a person sees at once what is printed there; false where it goes to a file or another program.
   [[nodiscard]] virtual bool IsTerminal(StandardStream /*stream*/) const { return false; }
   /// The handler runs on the loop when the machine asks the program to end (termination, an interrupt from

@@ -43,6 +43,30 @@ class LinuxOpenFile : public OpenFile {
   uint64_t m_Size;
 };
 
+class LinuxGrowingFile : public GrowingFile {
+ public:
+  LinuxGrowingFile(Descriptor file, uint64_t size) : m_File(std::move(file)), m_Size(size) {}
+
+  [[nodiscard]] uint64_t Size() const override { return m_Size; }
+  bool WriteAt(uint64_t offset, std::string_view bytes) override {
+    if (offset > m_Size) return false;
+    while (!bytes.empty()) {
+      const ssize_t count = pwrite(m_File.Get(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
+      if (count < 0 && errno == EINTR) continue;
+      if (count <= 0) return false;
+      bytes.remove_prefix(static_cast<size_t>(count));
+      offset += static_cast<uint64_t>(count);
+      m_Size = std::max(m_Size, offset);
+    }
+    return true;
+  }
+  bool Flush() override { return fdatasync(m_File.Get()) == 0; }
+
+ private:
+  Descriptor m_File;
+  uint64_t m_Size;
+};
+
 class LinuxFileLock : public FileLock {
  public:
   explicit LinuxFileLock(Descriptor folder) : m_Folder(std::move(folder)) {}
@@ -160,6 +184,23 @@ std::unique_ptr<OpenFile> LinuxFiles::Open(const std::string& szPath) {
   });
   if (code != 0 || !S_ISREG(state.st_mode)) return nullptr;
   return std::make_unique<LinuxOpenFile>(std::move(file), static_cast<uint64_t>(state.st_size));
+}
+
+std::unique_ptr<GrowingFile> LinuxFiles::Grow(const std::string& szPath) {
+  std::string szHostPath;
+  if (!AsWritten(szPath, szHostPath)) return nullptr;
+  Descriptor file(open(FindWithoutCase(szHostPath).c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, NewFileMode));
+  struct stat state {};
+  if (!file.Open() || fstat(file.Get(), &state) != 0 || !S_ISREG(state.st_mode)) return nullptr;
+  return std::make_unique<LinuxGrowingFile>(std::move(file), static_cast<uint64_t>(state.st_size));
+}
+
+bool LinuxFiles::Rename(const std::string& szPath, const std::string& szNewPath) {
+  std::string szNewHostPath;
+  if (!AsWritten(szNewPath, szNewHostPath)) return false;
+  return Try(szPath, [&](const std::string& szHost) {
+           return rename(szHost.c_str(), szNewHostPath.c_str()) == 0 ? 0 : errno;
+         }) == 0;
 }
 
 bool LinuxFiles::Exists(const std::string& szPath) {

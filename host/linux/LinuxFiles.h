@@ -23,6 +23,8 @@ class LinuxFiles : public Files {
   bool Publish(const std::string& szPath, const std::string& szText) override;
   [[nodiscard]] std::unique_ptr<FileLock> Lock(const std::string& szPath, std::string* szReason) override;
   [[nodiscard]] std::unique_ptr<OpenFile> Open(const std::string& szPath) override;
+  [[nodiscard]] std::unique_ptr<GrowingFile> Grow(const std::string& szPath) override;
+  bool Rename(const std::string& szPath, const std::string& szNewPath) override;
 
   [[nodiscard]] bool Exists(const std::string& szPath) override;
   bool MakeFolder(const std::string& szPath) override;

@@ -31,15 +31,24 @@ std::string LinuxHost::MachineId() {
 }
 
 std::string LinuxHost::UserDataFolder() {
-  const char* const dataHome = std::getenv("XDG_DATA_HOME");
-  if (dataHome != nullptr && *dataHome != '\0')
-    return m_Files.SystemPath(std::string(dataHome) + "/vexmonitor") + "\\";
+  return FolderBelowHome("XDG_DATA_HOME", "/.local/share", "Host.UserDataFolder", "user data belong");
+}
+
+std::string LinuxHost::StateFolder() {
+  return FolderBelowHome("XDG_STATE_HOME", "/.local/state", "Host.StateFolder", "logs belong");
+}
+
+std::string LinuxHost::FolderBelowHome(const char* variable, const char* szBelowHome, const char* szSource,
+                                       const char* szWhat) {
+  const char* const folder = std::getenv(variable);
+  if (folder != nullptr && *folder != '\0')
+    return m_Files.SystemPath(std::string(folder) + "/vexmonitor") + "\\";
   const char* const home = std::getenv("HOME");
   if (home == nullptr || *home == '\0') {
-    throw Error(ErrorFileNotFound, "Host.UserDataFolder",
-                "neither XDG_DATA_HOME nor HOME says where user data belong");
+    throw Error(ErrorFileNotFound, szSource,
+                std::string("neither ") + variable + " nor HOME says where " + szWhat);
   }
-  return m_Files.SystemPath(std::string(home) + "/.local/share/vexmonitor") + "\\";
+  return m_Files.SystemPath(std::string(home) + szBelowHome + "/vexmonitor") + "\\";
 }
 
 bool LinuxHost::IsTerminal(StandardStream stream) const {

@@ -35,12 +35,17 @@ class LinuxHost : public Host {
   [[nodiscard]] std::string MachineId() override;
   /// $XDG_DATA_HOME/vexmonitor, else ~/.local/share/vexmonitor.
   [[nodiscard]] std::string UserDataFolder() override;
+  /// $XDG_STATE_HOME/vexmonitor, else ~/.local/state/vexmonitor.
+  [[nodiscard]] std::string StateFolder() override;
   [[nodiscard]] std::string SettingsFile() const override { return m_Registry.File(); }
   [[nodiscard]] bool IsTerminal(StandardStream stream) const override;
   void OnTerminate(std::function<void()> handler) override { m_EventLoop.OnTerminate(std::move(handler)); }
   bool SharpTimers() override { return m_EventLoop.TrySharpTimers(); }
 
  private:
+  [[nodiscard]] std::string FolderBelowHome(const char* variable, const char* szBelowHome,
+                                            const char* szSource, const char* szWhat);
+
   LinuxClock m_Clock;
   LinuxEventLoop m_EventLoop;
   // The lock goes last: while the player's window stands, no other player may start.

@@ -43,6 +43,49 @@ bool Fail(std::string* szReason, const std::string& szWhy) {
 
 }  // namespace
 
+/// Follows its file when that gets another name, as a file of a real machine does. Writing fails as
+/// FailWrites of the path by which it was opened has it, and then half of the bytes stand there.
+class VirtualGrowingFile final : public GrowingFile {
+ public:
+  VirtualGrowingFile(VirtualFiles& files, std::string szPath, std::shared_ptr<std::string> contents)
+      : m_Files(files), m_Path(std::move(szPath)), m_Contents(std::move(contents)) {}
+
+  [[nodiscard]] uint64_t Size() const override { return m_Contents->size(); }
+  bool WriteAt(uint64_t offset, std::string_view bytes) override {
+    if (offset > m_Contents->size()) return false;
+    const bool boolFails = m_Files.m_FailWrites.contains(m_Files.KeyOf(m_Path));
+    const std::string_view written = bytes.substr(0, boolFails ? bytes.size() / 2 : bytes.size());
+    m_Contents->replace(offset, std::min<uint64_t>(written.size(), m_Contents->size() - offset), written);
+    return !boolFails;
+  }
+  bool Flush() override { return !m_Files.m_FailWrites.contains(m_Files.KeyOf(m_Path)); }
+
+ private:
+  VirtualFiles& m_Files;
+  std::string m_Path;
+  std::shared_ptr<std::string> m_Contents;
+};
+
+std::unique_ptr<GrowingFile> VirtualFiles::Grow(const std::string& szPath) {
+  const std::string& szKey = KeyOf(szPath);
+  const bool boolFolder = m_Folders.contains(szKey) || !FolderExists(FolderOf(szKey));
+  if (boolFolder || m_FailWrites.contains(szKey)) return nullptr;
+  Entry& entry = m_Entries[szKey];
+  const auto contents = std::make_shared<std::string>(entry.Contents ? *entry.Contents : "");
+  entry = {contents, ""};
+  return std::make_unique<VirtualGrowingFile>(*this, szPath, contents);
+}
+
+bool VirtualFiles::Rename(const std::string& szPath, const std::string& szNewPath) {
+  const std::string& szKey = KeyOf(szPath);
+  const std::string& szNewKey = KeyOf(szNewPath);
+  if (m_FailWrites.contains(szKey) || m_FailWrites.contains(szNewKey) || !Exists(szPath)) return false;
+  const Entry entry = Fetch(szPath, szKey);
+  m_Entries[szKey] = {nullptr, FileNotFound};
+  m_Entries[szNewKey] = entry;
+  return true;
+}
+
 bool VirtualFiles::Read(const std::string& szPath, std::string& szContents, std::string* szReason) {
   const std::string& szKey = KeyOf(szPath);
   ++m_Reads[szKey];

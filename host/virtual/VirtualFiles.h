@@ -24,6 +24,8 @@ class VirtualFiles final : public vex::Files {
     return std::make_unique<FileLock>();
   }
   [[nodiscard]] std::unique_ptr<OpenFile> Open(const std::string& szPath) override;
+  [[nodiscard]] std::unique_ptr<GrowingFile> Grow(const std::string& szPath) override;
+  bool Rename(const std::string& szPath, const std::string& szNewPath) override;
   [[nodiscard]] bool Exists(const std::string& szPath) override;
   /// Makes the folders above it too; true when it is there afterwards.
   bool MakeFolder(const std::string& szPath) override;
@@ -51,6 +53,7 @@ class VirtualFiles final : public vex::Files {
   [[nodiscard]] int32_t Reads(const std::string& szPath);
 
  private:
+  friend class VirtualGrowingFile;
   /// A file as it is known: its contents, or why there are none.
   struct Entry {
     std::shared_ptr<const std::string> Contents;

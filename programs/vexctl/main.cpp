@@ -12,6 +12,7 @@
 #include "programs/vexctl/AuthoringCommands.h"
 #include "programs/vexctl/Command.h"
 #include "programs/vexctl/ControlCommands.h"
+#include "programs/vexctl/LogCommands.h"
 #include "programs/vexctl/ScheduleCommands.h"
 #include "settings/LibRegistryVex.h"
 
@@ -31,6 +32,7 @@ constexpr const char* Description =
     "  vexctl status              what plays and what is next\n"
     "  vexctl --json status       the same for a script\n"
     "  vexctl watch               status lines as they come; Ctrl-C ends it\n"
+    "  vexctl log --level 3       what went wrong, as vextray has kept it\n"
     "  vexctl play party.shw --for 1h30m\n"
     "  vexctl clear               end the show on demand\n"
     "  vexctl trigger 0 1 3       press an input\n"
@@ -78,6 +80,7 @@ int Run(int argc, char** argv) {
   });
   vex::AddStatusCommand(app, context);
   vex::AddWatchCommand(app, context);
+  vex::AddLogCommand(app, context);
   vex::AddControlCommands(app, context);
   vex::AddDemandCommands(app, context);
   vex::AddTriggerCommand(app, context);

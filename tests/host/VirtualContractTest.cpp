@@ -1,4 +1,5 @@
 #include "host/virtual/VirtualHost.h"
+#include "tests/host/GrowingFilesContract.h"
 #include "tests/host/HostContract.h"
 
 namespace vex::test {

@@ -1,5 +1,6 @@
 #include <thread>
 
+#include "tests/host/GrowingFilesContract.h"
 #include "tests/host/HostContract.h"
 #include "tests/host_linux/LinuxMachine.h"
 

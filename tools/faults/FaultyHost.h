@@ -41,6 +41,12 @@ class FaultyFiles final : public Files {
     if (!file) return nullptr;
     return std::make_unique<Opened>(std::move(file), m_Plan, szPath);
   }
+  std::unique_ptr<GrowingFile> Grow(const std::string& szPath) override {
+    return m_Plan.Strikes("Grow", szPath) ? nullptr : m_Files.Grow(szPath);
+  }
+  bool Rename(const std::string& szPath, const std::string& szNewPath) override {
+    return !m_Plan.Strikes("Rename", szPath) && m_Files.Rename(szPath, szNewPath);
+  }
   bool Exists(const std::string& szPath) override {
     return !m_Plan.Strikes("Exists", szPath) && m_Files.Exists(szPath);
   }
