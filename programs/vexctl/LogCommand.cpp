@@ -68,7 +68,7 @@ void Follow(Host& host, const std::string& szPath, const LogPrinter& printer) {
 void PrintLog(CommandContext& context, const LogOptions& options) {
   const LogPrinter printer(context, options);
   Host& host = context.Machine;
-  const std::string szPath = LogPath(host);
+  const std::string szPath = StatePath(host, "log");
   LogReader reader(host.Files(), szPath);
   const bool boolAny = reader.Read([&](const LogLine& line) { printer.Print(line); });
   std::cout.flush();
@@ -84,10 +84,11 @@ void PrintLog(CommandContext& context, const LogOptions& options) {
 
 }  // namespace
 
-std::string LogPath(Host& host) {
+std::string StatePath(Host& host, const char* szName) {
   const std::string szFolder = host.StateFolder();
-  if (szFolder.empty()) throw CommandFailure(ExitCannot, "no log is kept on this machine");
-  return szFolder + "log";
+  if (szFolder.empty())
+    throw CommandFailure(ExitCannot, "vextray is not for this machine, and nobody else keeps this");
+  return szFolder + szName;
 }
 
 void AddLogCommand(CLI::App& app, CommandContext& context) {

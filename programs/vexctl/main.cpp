@@ -33,6 +33,7 @@ constexpr const char* Description =
     "  vexctl --json status       the same for a script\n"
     "  vexctl watch               status lines as they come; Ctrl-C ends it\n"
     "  vexctl log --level 3       what went wrong, as vextray has kept it\n"
+    "  vexctl history             which shows have played, with their songs\n"
     "  vexctl play party.shw --for 1h30m\n"
     "  vexctl clear               end the show on demand\n"
     "  vexctl trigger 0 1 3       press an input\n"
@@ -81,6 +82,7 @@ int Run(int argc, char** argv) {
   vex::AddStatusCommand(app, context);
   vex::AddWatchCommand(app, context);
   vex::AddLogCommand(app, context);
+  vex::AddHistoryCommand(app, context);
   vex::AddControlCommands(app, context);
   vex::AddDemandCommands(app, context);
   vex::AddTriggerCommand(app, context);
