@@ -110,7 +110,14 @@ void Win32EventLoop::Raise(const std::shared_ptr<SignalState>& state) {
 }
 
 void Win32EventLoop::Run() {
-  while (!m_Quit) Turn(true);
+  const ModalLoops::Lookout lookout(m_Modal);
+  try {
+    while (!m_Quit) Turn(true);
+  } catch (...) {
+    TakeBackEnd();
+    throw;
+  }
+  TakeBackEnd();
   m_Quit = false;
 }
 
@@ -148,11 +155,37 @@ HANDLE Win32EventLoop::Sleep(bool boolWait) {
 }
 
 void Win32EventLoop::Turn(bool boolWait) {
+  m_Modal.EndAll();
   const HANDLE signalled = Sleep(boolWait);
   HandleMessages();
   HandleSignals();
   HandleWatches(signalled);
   m_Timers.TickDue(m_Quit);
+}
+
+/// The machine's loop takes the messages. No exception may leave this.
+void Win32EventLoop::TurnInsideModalLoop() {
+  try {
+    if (!m_Quit && !m_Kept) {
+      HandleSignals();
+      HandleWatches(nullptr);
+      m_Timers.TickDue(m_Quit);
+    }
+  } catch (...) {
+    KeepException();
+  }
+  if (m_Quit || m_Kept) EndModalLoop();
+}
+
+/// What the machine's own loops end for, whatever they are.
+void Win32EventLoop::EndModalLoop() {
+  if (!std::exchange(m_EndPosted, true)) PostQuitMessage(0);
+}
+
+/// One that none of the machine's loops has taken would end the next run before it begins.
+void Win32EventLoop::TakeBackEnd() {
+  MSG message{};
+  if (std::exchange(m_EndPosted, false)) PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
 }
 
 void Win32EventLoop::HandleMessages() {

@@ -9,6 +9,7 @@
 
 #include "host/TimerList.h"
 #include "host/win32/Handle.h"
+#include "host/win32/ModalLoops.h"
 #include "host/win32/Win32Clock.h"
 
 namespace vex {
@@ -17,6 +18,9 @@ namespace vex {
 /// waitable timer that is armed for whichever timer is due first; there is no polling. Messages of the
 /// machine's own timers come ten milliseconds late and more, hence the waitable one; before Windows 10 it is
 /// made sharp by asking for the finest system tick.
+///
+/// While the machine runs a loop of its own on this thread (a window is held by hand, a message box stands),
+/// that one takes the messages, and all else goes on inside it; Quit ends such a loop too.
 ///
 /// A turn of the loop takes some messages, each handle that is signalled and each signal once, and then ticks
 /// what is due. Belongs to the thread that made it. An exception must not cross the machine's own code: what
@@ -43,6 +47,8 @@ class Win32EventLoop : public EventLoop {
   void ClockWasSet() { m_Timers.WakeAll(); }
   /// Keeps what is being thrown until the machine's code has been left.
   void KeepException() { m_Kept = std::current_exception(); }
+  /// To be told of by whoever makes the machine run a loop of its own, a message box.
+  [[nodiscard]] ModalLoops& Modal() { return m_Modal; }
 
  private:
   struct SignalState;
@@ -55,6 +61,9 @@ class Win32EventLoop : public EventLoop {
   /// The watched handle that ended the sleep, or null.
   [[nodiscard]] HANDLE Sleep(bool boolWait);
   void Turn(bool boolWait);
+  void TurnInsideModalLoop();
+  void EndModalLoop();
+  void TakeBackEnd();
   void HandleMessages();
   void HandleWatches(HANDLE signalled);
   void HandleSignals();
@@ -71,6 +80,8 @@ class Win32EventLoop : public EventLoop {
   std::exception_ptr m_Kept;
   Elapsed m_Armed{0};  // 0: for nothing
   bool m_Quit = false;
+  bool m_EndPosted = false;
+  ModalLoops m_Modal{[this] { TurnInsideModalLoop(); }};
 };
 
 }  // namespace vex

@@ -56,7 +56,7 @@ class Win32Host : public Host {
   Win32Registry m_Registry;
   Win32Files m_Files;
   Win32Processes m_Processes;
-  Win32MessageBoxes m_MessageBoxes;
+  Win32MessageBoxes m_MessageBoxes{m_EventLoop.Modal()};
   Win32PlayerFinder m_PlayerFinder;
   std::unique_ptr<Signal> m_Interrupt;
 };

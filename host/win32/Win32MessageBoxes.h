@@ -4,10 +4,16 @@
 
 namespace vex {
 
-/// The machine's own message box. Window messages are handled while it stands; the loop's timers are not.
+class ModalLoops;
+
+/// The machine's own message box. All else goes on while it stands; it goes unread when the loop is to end.
 class Win32MessageBoxes : public MessageBoxes {
  public:
+  explicit Win32MessageBoxes(ModalLoops& loops) : m_Loops(loops) {}
   void Show(const std::string& szText, const std::string& szTitle) override;
+
+ private:
+  ModalLoops& m_Loops;
 };
 
 }  // namespace vex

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -97,6 +98,12 @@ inline std::string CommandForPart(const std::string& szRest) {
   char file[4096] = {};
   GetModuleFileNameA(nullptr, file, sizeof file);
   return "\"" + std::string(file) + "\" " + szRest;
+}
+
+/// Whether nobody is at the machine to press OK in its message boxes.
+inline std::atomic<bool>& PersonIsAway() {
+  static std::atomic<bool> away = false;
+  return away;
 }
 
 /// Runs the loop until the condition holds; false when it does not within twenty thousand ticks.

@@ -63,7 +63,7 @@ int AskInVain() {
   return 0;
 }
 
-/// Presses OK in every message box of this program, as a person would.
+/// Presses OK in every message box of this program, as a person would, unless a test does so itself.
 class BoxCloser : public testing::Environment {
  public:
   void SetUp() override {
@@ -80,6 +80,7 @@ class BoxCloser : public testing::Environment {
   static BOOL CALLBACK Press(HWND window, LPARAM) {
     char szClass[16] = {};
     DWORD process = 0;
+    if (PersonIsAway()) return FALSE;
     GetClassNameA(window, szClass, sizeof szClass);
     GetWindowThreadProcessId(window, &process);
     if (process == GetCurrentProcessId() && std::string(szClass) == "#32770")
