@@ -77,7 +77,7 @@ step_tidy() {
   heading "clang-tidy"
   build dev >/dev/null
   check "clang-tidy" bash -c 'git ls-files "basic/*.cpp" "host/*.cpp" ":!*/win32/*" ":!components/com" "settings/*.cpp" "show/*.cpp" "time/*.cpp" \
-    "schedule/*.cpp" "player/*.cpp" "monitor/*.cpp" "components/*.cpp" "tools/*.cpp" "programs/*.cpp" "demo/*.cpp" |
+    "schedule/*.cpp" "player/*.cpp" "monitor/*.cpp" "components/*.cpp" "tools/*.cpp" "tray/*.cpp" "programs/*.cpp" "demo/*.cpp" |
     xargs -P "$(nproc)" -n 4 clang-tidy-14 -p build/dev --quiet --extra-arg=-Wno-unknown-warning-option 2>/dev/null'
 }
 

@@ -4,16 +4,21 @@
 # when something is missing.
 set -euo pipefail
 
-build=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev libmpv-dev liblo-dev python3)
+build=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libcli11-dev zlib1g-dev libzstd-dev libmpv-dev liblo-dev python3
+  libcpp-httplib-dev libsodium-dev)
 test=(libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev rapidjson-dev clang-14 clang-format-14
-  clang-tidy-14 libclang-rt-14-dev git tshark liblo-tools xvfb openbox wmctrl x11-utils x11-apps)
+  clang-tidy-14 libclang-rt-14-dev git tshark liblo-tools xvfb openbox wmctrl x11-utils x11-apps chromium)
 
 windows=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest wine wine64
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good mmdebstrap arch-test)
 
 wanted=("${build[@]}")
 case ${1:-build} in
-  test) wanted+=("${test[@]}") ;;
+  test)
+    wanted+=("${test[@]}")
+    # The page's tests run on Node.js, the distribution's where the machine has none of its own.
+    command -v node >/dev/null && command -v npm >/dev/null || wanted+=(nodejs npm)
+    ;;
   windows) wanted+=("${windows[@]}") ;;
 esac
 

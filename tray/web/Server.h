@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "tray/web/Guards.h"
@@ -37,8 +38,12 @@ class Server {
   [[nodiscard]] size_t Listeners() const;
 
  private:
-  class Rooms;
-  std::unique_ptr<Rooms> m_Rooms;
+  class House;
+  [[nodiscard]] std::shared_ptr<House> Now() const;
+
+  std::shared_ptr<Site> m_Site;
+  mutable std::mutex m_Mutex;
+  std::shared_ptr<House> m_House;  // empty while stopped
 };
 
 }  // namespace vex
