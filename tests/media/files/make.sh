@@ -16,3 +16,6 @@ make "${picture[@]}" -t 2 "${h264[@]}" -an silent.mp4
 ffmpeg -y -loglevel error -f lavfi -i testsrc=size=64x64:rate=1 -frames:v 1 cover.jpg
 make "${tone[@]}" -i cover.jpg -t 3 -map 0 -map 1 -c:a libmp3lame -b:a 24k -c:v copy -disposition:v attached_pic cover.mp3
 rm cover.jpg
+
+# What the media player control of a bare Windows machine, or of Wine, plays as well.
+make -f lavfi -i sine=frequency=330:sample_rate=16000 -t 4 -c:a libvorbis -q:a 0 song.ogg
