@@ -127,15 +127,13 @@ std::vector<Row> MediaRows() {
   return {{"mpv", LibraryMedia}, {"wmp", control}, {"recorded", RecordedMedia}};
 }
 
-void MakeByName(Making& making, const char* szSetting, const std::string& szDefault,
-                const std::vector<Row>& rows) {
-  const std::string szName = GetProductString(making.Needs.Settings, szSetting, Subkey, szDefault);
+/// What a setting chooses; raises Error where there is nothing of that name here.
+const Row& Chosen(Registry& registry, const char* szSetting, const std::string& szDefault,
+                  const std::vector<Row>& rows) {
+  const std::string szName = GetProductString(registry, szSetting, Subkey, szDefault);
   std::string szPossible;
   for (const Row& row : rows) {
-    if (row.Make && FoldCase(szName) == row.Name) {
-      row.Make(making);
-      return;
-    }
+    if (row.Make && FoldCase(szName) == row.Name) return row;
     if (row.Make) szPossible += (szPossible.empty() ? "\"" : ", \"") + std::string(row.Name) + "\"";
   }
   throw Error(ErrorInvalidCall, "ComponentTable",
@@ -145,12 +143,20 @@ void MakeByName(Making& making, const char* szSetting, const std::string& szDefa
 
 }  // namespace
 
+ChosenComponents ComponentsChosen(Registry& registry) {
+  return {Chosen(registry, "Lights", ComponentsOfThisMachine().DefaultLights, LightsRows()).Name,
+          Chosen(registry, "Media", ComponentsOfThisMachine().DefaultMedia, MediaRows()).Name};
+}
+
 Devices NewDevices(const ComponentNeeds& needs) {
   Making making{needs, {}, nullptr};
-  MakeByName(making, "Lights", ComponentsOfThisMachine().DefaultLights, LightsRows());
+  const auto make = [&](const char* szSetting, const char* szDefault, const std::vector<Row>& rows) {
+    Chosen(needs.Settings, szSetting, szDefault, rows).Make(making);
+  };
+  make("Lights", ComponentsOfThisMachine().DefaultLights, LightsRows());
   // Lines about sequences belong to recorded lights; recorded media alone write only their own.
   const std::shared_ptr<Recorder> lines = making.Lines;
-  MakeByName(making, "Media", ComponentsOfThisMachine().DefaultMedia, MediaRows());
+  make("Media", ComponentsOfThisMachine().DefaultMedia, MediaRows());
   if (making.MediaLearnFromSequences) making.Made.NewSequence = RecordedEngines(making, lines);
   return std::move(making.Made);
 }

@@ -35,4 +35,12 @@ struct ComponentNeeds {
 /// the setting and what is possible.
 [[nodiscard]] Devices NewDevices(const ComponentNeeds& needs);
 
+/// What the settings choose, by the table's names, without making anything. Raises the same errors for a
+/// name.
+struct ChosenComponents {
+  std::string Lights;
+  std::string Media;
+};
+[[nodiscard]] ChosenComponents ComponentsChosen(Registry& registry);
+
 }  // namespace vex

@@ -2,6 +2,11 @@
 
 namespace vex {
 
+Facilities& Host::Facilities() {
+  static vex::Facilities unknown;
+  return unknown;
+}
+
 std::string Host::CommandLine(int argc, char** argv) const {
   std::string szCommandLine;
   for (int i = 1; i < argc; ++i) {

@@ -8,6 +8,7 @@
 #include "host/Clock.h"
 #include "host/Datagrams.h"
 #include "host/EventLoop.h"
+#include "host/Facilities.h"
 #include "host/Files.h"
 #include "host/MessageBoxes.h"
 #include "host/PlayerFinder.h"
@@ -37,6 +38,8 @@ class Host {
   virtual vex::SingleInstance& SingleInstance() = 0;
   virtual vex::MessageBoxes& MessageBoxes() = 0;
   virtual vex::PlayerFinder& PlayerFinder() = 0;
+  /// Where the machine cannot be asked about itself, one that knows nothing.
+  virtual vex::Facilities& Facilities();
 
   /// Tells where drive letters lie: lookUp gets a capital letter and answers the machine's folder, as the
   /// settings have it, or empty text when the letter is not set. Machines with drives of their own need none.

@@ -19,7 +19,8 @@ LinuxHost::LinuxHost(RuntimeFolder folder, std::string szSettings)
       m_Windows(m_EventLoop, folder),
       m_Registry(std::move(szSettings)),
       m_Processes(m_EventLoop),
-      m_PlayerFinder(folder, m_Files) {
+      m_PlayerFinder(folder, m_Files),
+      m_Facilities(folder) {
   // A file that may not grow is a write that fails, not the program's end.
   std::signal(SIGXFSZ, SIG_IGN);
 }

@@ -4,6 +4,7 @@
 #include "host/linux/LinuxClock.h"
 #include "host/linux/LinuxDatagrams.h"
 #include "host/linux/LinuxEventLoop.h"
+#include "host/linux/LinuxFacilities.h"
 #include "host/linux/LinuxFiles.h"
 #include "host/linux/LinuxMessageBoxes.h"
 #include "host/linux/LinuxPlayerFinder.h"
@@ -30,6 +31,7 @@ class LinuxHost : public Host {
   vex::SingleInstance& SingleInstance() override { return m_SingleInstance; }
   vex::MessageBoxes& MessageBoxes() override { return m_MessageBoxes; }
   vex::PlayerFinder& PlayerFinder() override { return m_PlayerFinder; }
+  vex::Facilities& Facilities() override { return m_Facilities; }
 
   void DriveTable(std::function<std::string(char)> lookUp) override { m_Files.Drives(std::move(lookUp)); }
   [[nodiscard]] std::string MachineId() override;
@@ -57,6 +59,7 @@ class LinuxHost : public Host {
   LinuxProcesses m_Processes;
   LinuxMessageBoxes m_MessageBoxes;
   LinuxPlayerFinder m_PlayerFinder;
+  LinuxFacilities m_Facilities;
 };
 
 }  // namespace vex

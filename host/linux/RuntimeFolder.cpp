@@ -8,6 +8,7 @@
 #include <cstdlib>
 
 #include "host/linux/Descriptor.h"
+#include "host/linux/NearestFolder.h"
 #include "host/linux/SystemError.h"
 
 namespace vex {
@@ -21,6 +22,10 @@ constexpr size_t LongestFolder = sizeof(sockaddr_un::sun_path) - 12;
 
 [[noreturn]] void Refuse(int code, const std::string& szFolder, const std::string& szWhy) {
   throw Error(code, Source, "The folder " + szFolder + " " + szWhy);
+}
+
+std::string TooLong() {
+  return "is too long for a socket's name (at most " + std::to_string(LongestFolder) + " bytes)";
 }
 
 void MakeWithParents(const std::string& szFolder) {
@@ -55,10 +60,23 @@ RuntimeFolder RuntimeFolder::FromEnvironment() {
   return RuntimeFolder(szFolder);
 }
 
+std::string RuntimeFolder::Trouble() const {
+  if (m_Path.size() > LongestFolder) return TooLong();
+  const Descriptor folder(open(m_Path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  if (!folder.Open()) {
+    if (errno != ENOENT) return "cannot be used: " + DescribeCode(errno);
+    const std::string szAbove = NearestFolder(m_Path);
+    return access(szAbove.c_str(), W_OK | X_OK) == 0 ? "" : "cannot be made: no right to write in " + szAbove;
+  }
+  struct stat state {};
+  if (fstat(folder.Get(), &state) != 0) return DescribeCode(errno);
+  if (state.st_uid != geteuid()) return "belongs to another user";
+  const bool boolOpen = (state.st_mode & OthersBits) != 0 && SharedByTheMachine(folder.Get(), state);
+  return boolOpen ? "is open to other users" : "";
+}
+
 void RuntimeFolder::Prepare() const {
-  if (m_Path.size() > LongestFolder)
-    Refuse(ENAMETOOLONG, m_Path,
-           "is too long for a socket's name (at most " + std::to_string(LongestFolder) + " bytes)");
+  if (m_Path.size() > LongestFolder) Refuse(ENAMETOOLONG, m_Path, TooLong());
   MakeWithParents(m_Path);
   const Descriptor folder(open(m_Path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (!folder.Open()) {

@@ -26,6 +26,8 @@ class RuntimeFolder {
   /// Makes the folder where it is missing and closes it to others where it is this user's own. Raises Error
   /// when it is too long for a socket's name, a link, another user's, or shared by the whole machine.
   void Prepare() const;
+  /// Why Prepare would raise, found without changing anything; empty where it would not.
+  [[nodiscard]] std::string Trouble() const;
 
  private:
   std::string m_Path;

@@ -4,6 +4,7 @@
 #include "host/virtual/VirtualClock.h"
 #include "host/virtual/VirtualDatagrams.h"
 #include "host/virtual/VirtualEventLoop.h"
+#include "host/virtual/VirtualFacilities.h"
 #include "host/virtual/VirtualFiles.h"
 #include "host/virtual/VirtualMessageBoxes.h"
 #include "host/virtual/VirtualPlayerFinder.h"
@@ -32,6 +33,7 @@ class VirtualHost final : public Host {
   VirtualSingleInstance& SingleInstance() override { return m_SingleInstance; }
   VirtualMessageBoxes& MessageBoxes() override { return m_MessageBoxes; }
   VirtualPlayerFinder& PlayerFinder() override { return m_PlayerFinder; }
+  VirtualFacilities& Facilities() override { return m_Facilities; }
 
  private:
   VirtualClock m_Clock;
@@ -44,6 +46,7 @@ class VirtualHost final : public Host {
   VirtualSingleInstance m_SingleInstance;
   VirtualMessageBoxes m_MessageBoxes;
   VirtualPlayerFinder m_PlayerFinder{m_Windows};
+  VirtualFacilities m_Facilities;
 };
 
 }  // namespace vex

@@ -8,6 +8,8 @@ namespace vex {
 
 /// check FILE...: whether files are sound.
 void AddCheckCommand(CLI::App& app, CommandContext& context);
+/// doctor: whether this machine is ready for the season.
+void AddDoctorCommand(CLI::App& app, CommandContext& context);
 /// week list|add|remove|fits: the weekly schedule.
 void AddWeekCommand(CLI::App& app, CommandContext& context);
 /// year list|add|remove: the dated schedule.

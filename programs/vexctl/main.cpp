@@ -25,6 +25,7 @@ constexpr const char* Description =
     "  vexctl week add \"Fri 17:30\" \"Fri 22:00\" eve.shw\n"
     "  vexctl year add \"2026-12-24 16:00\" \"2026-12-24 23:00\" eve.shw\n"
     "  vexctl check *.shw         whether shows and schedules are sound\n"
+    "  vexctl doctor              whether this machine is ready for the season\n"
     "  vexctl timeline --from \"2026-12-01 00:00\" --to \"2026-12-31 00:00\"\n"
     "  vexctl why                 what is in force now, and why nothing else is\n"
     "  vexctl rehearse --from \"2026-12-24 17:00\" --until \"2026-12-25 00:00\"\n\n"
@@ -87,6 +88,7 @@ int Run(int argc, char** argv) {
   vex::AddDemandCommands(app, context);
   vex::AddTriggerCommand(app, context);
   vex::AddCheckCommand(app, context);
+  vex::AddDoctorCommand(app, context);
   vex::AddWeekCommand(app, context);
   vex::AddYearCommand(app, context);
   vex::AddShowCommand(app, context);

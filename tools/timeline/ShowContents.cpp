@@ -1,5 +1,6 @@
 #include "tools/timeline/ShowContents.h"
 
+#include <algorithm>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -77,14 +78,37 @@ std::vector<std::string> ShowContents::Troubles(const std::string& szShow) const
   return troubles;
 }
 
+bool ShowContents::HasSongs(const std::string& szShow) const {
+  std::string szText;
+  if (!ReadShowFile(m_Files, m_UserDataPath, szShow, szText)) return false;
+  try {
+    const std::shared_ptr<Show> show = ShowFromText(szText);
+    if (!show) return false;
+    const SequenceNames sequences(*show);
+    return std::ranges::any_of(sequences.InOrder(), [this](const std::string& szSequence) {
+      try {
+        return !Load(szSequence).Media.empty();
+      } catch (const Error&) {
+        return false;
+      }
+    });
+  } catch (const Error&) {
+    return false;
+  }
+}
+
+OpenSequence ShowContents::Load(const std::string& szSequence) const {
+  return LoadOpenSequence(
+      m_Files,
+      [this](const std::string& szName, bool boolIsAudio) {
+        return FullSequencePath(m_Registry, szName, boolIsAudio);
+      },
+      szSequence);
+}
+
 std::string ShowContents::SequenceTrouble(const std::string& szSequence) const {
   try {
-    const OpenSequence sequence = LoadOpenSequence(
-        m_Files,
-        [this](const std::string& szName, bool boolIsAudio) {
-          return FullSequencePath(m_Registry, szName, boolIsAudio);
-        },
-        szSequence);
+    const OpenSequence sequence = Load(szSequence);
     return sequence.Media.empty() ? std::string() : SongTrouble(sequence.Media, szSequence);
   } catch (const Error& error) {
     return error.Description + (error.Number == ErrorFileNotFound ? PlacesOf(szSequence) : "");
