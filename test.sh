@@ -111,7 +111,7 @@ step_windows() {
   check "packages for Windows" cmake/install-packages.sh windows
   check "32-bit Wine" cmake/windows/install-wine32.sh
   check "build release, to be compared with" build release
-  local architecture good bad left_out
+  local architecture script good bad left_out
   for architecture in x86_64 i686; do
     if ! build "windows-$architecture"; then check "build windows-$architecture" false; continue; fi
     if ! read -r good bad left_out < <(python3 tests/windows/run.py "$architecture"); then
@@ -123,7 +123,7 @@ step_windows() {
     skipped=$((skipped + left_out))
     check "programs of windows-$architecture stand alone" python3 tests/windows/imports.py "$architecture" \
       "build/windows-$architecture/bin"
-    { python3 tests/windows/programs.py "$architecture"; python3 tests/windows/network.py "$architecture"
+    { for script in programs network harm; do python3 "tests/windows/$script.py" "$architecture"; done
       python3 tests/windows/evening.py "$architecture" build/release/bin; } 2>&1 | tee "$results/programs"
     passed=$((passed + $(grep -c '^ok ' "$results/programs")))
     failed=$((failed + $(grep -c '^not ok ' "$results/programs")))

@@ -30,6 +30,7 @@ struct Script {
   std::map<std::string, bool> Deaf;
   std::map<std::string, SuiteEvents> Events;
   std::map<std::string, bool> Controls;
+  bool HarmOnce = false;  // what raises or lacks does so once
   int PortDelta = 0;
   long Objects = 0;
 };

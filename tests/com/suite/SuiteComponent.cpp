@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "tests/com/suite/Outside.h"
 #include "tests/com/suite/Script.h"
 
 namespace suite {
@@ -162,6 +163,7 @@ HRESULT SuiteComponent::GetTypeInfoCount(UINT* count) {
 }
 
 HRESULT SuiteComponent::GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* numbers) {
+  ListenOutside();
   const std::string asked = Narrow(names[0], wcslen(names[0]));
   const auto& members = MembersOf(m_Component);
   for (size_t i = 0; i < members.size(); ++i) {
@@ -172,6 +174,8 @@ HRESULT SuiteComponent::GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPI
     }
   }
   TheScript().Calls += m_Component + " has no " + asked + "\n";
+  if (TheScript().HarmOnce) TheScript().Names.erase(m_Component + "." + asked);
+  TellOutside();
   numbers[0] = DISPID_UNKNOWN;
   return DISP_E_UNKNOWNNAME;
 }
@@ -195,13 +199,19 @@ HRESULT SuiteComponent::Invoke(DISPID number, REFIID, LCID, WORD kind, DISPPARAM
   const auto index = static_cast<size_t>(number - FirstNumber);
   if (index >= members.size()) return DISP_E_MEMBERNOTFOUND;
   const std::string key = m_Component + "." + members[index];
+  ListenOutside();
   if (TheScript().Deaf.contains(key)) return DISP_E_MEMBERNOTFOUND;
   Write(members[index], kind, *parameters);
+  TellOutside();
   for (UINT i = 0; i < parameters->cArgs; ++i)
     if (parameters->rgvarg[i].vt == (VT_UI1 | VT_BYREF))
       *parameters->rgvarg[i].pbVal = static_cast<BYTE>(*parameters->rgvarg[i].pbVal + TheScript().PortDelta);
   const auto raising = TheScript().Raisings.find(key);
-  if (raising != TheScript().Raisings.end()) return Raise(raising->second, raised);
+  if (raising != TheScript().Raisings.end()) {
+    const HRESULT code = Raise(raising->second, raised);
+    if (TheScript().HarmOnce) TheScript().Raisings.erase(raising);
+    return code;
+  }
   const auto next = TheScript().NextResults.find(key);
   if (result != nullptr && next != TheScript().NextResults.end() && !next->second.empty()) {
     *result = next->second.front();
