@@ -23,6 +23,7 @@ LEFT_OUT = {
     "media, but for two files": "they play by the media library, which has no package for Windows",
     "host_linux": "they try the other machine's host; host_win32 is tried in their place",
     "osc": "they hold two readers against each other, one of them liblo's, which has no package for Windows",
+    "tray_web": "they try the tray's page, whose server library has no package for Windows",
 }
 # Programs that take arguments instead of test cases, and data that is brought beside a program.
 PLAIN = {"long_evenings": ["2"]}
