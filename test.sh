@@ -3,7 +3,7 @@
 # "N passed, N failed"; the exit status is 0 only when nothing failed.
 #
 #   ./test.sh              everything
-#   ./test.sh STEP ...     some steps: format house native asan tidy fuzz e2e windows
+#   ./test.sh STEP ...     some steps: format house native asan tidy fuzz e2e page windows
 set -uo pipefail
 cd "$(dirname "$0")"
 
@@ -106,6 +106,16 @@ step_e2e() {
     python3 tests/e2e/same_bytes.py "${programs[@]}"
 }
 
+step_page() {
+  heading "the tray's page in a browser"
+  if ! build dev; then check "build dev" false; return; fi
+  check "packages of the page's tests" npm --prefix tests/page ci --ignore-scripts --silent
+  node tests/page/run.js build/dev 2>&1 | tee "$results/page"
+  passed=$((passed + $(grep -c '^ok ' "$results/page")))
+  failed=$((failed + $(grep -c '^not ok ' "$results/page")))
+  check "the page's tests have run" grep -q '^ok ' "$results/page"
+}
+
 step_windows() {
   heading "the same for Windows (mingw-w64), under Wine"
   check "packages for Windows" cmake/install-packages.sh windows
@@ -131,9 +141,9 @@ step_windows() {
 }
 
 steps=("$@")
-[ ${#steps[@]} -gt 0 ] || steps=(format house native asan tidy fuzz e2e windows)
+[ ${#steps[@]} -gt 0 ] || steps=(format house native asan tidy fuzz e2e page windows)
 for step in "${steps[@]}"; do
-  declare -F "step_$step" >/dev/null || { echo "no step \"$step\"; there are format house native asan tidy fuzz e2e windows" >&2; exit 2; }
+  declare -F "step_$step" >/dev/null || { echo "no step \"$step\"; there are format house native asan tidy fuzz e2e page windows" >&2; exit 2; }
 done
 
 cmake/install-packages.sh test || exit 1

@@ -2,7 +2,8 @@
 // show comes in as JSON on standard input, a line each, and what is asked of the player goes out in the same
 // way.
 //
-//   StagePage [PASSWORD-FILE]
+//   StagePage [PORT [PASSWORD-FILE]]      port 0, where none is given, takes any
+//   StagePage --hash control|view PASSWORD
 //
 //   in   {"state": ..., "lines": ..., "shows": ..., "history": ..., "week": "<svg.../>", "why": "...",
 //         "answer": {"done": true, "text": "..."}, "publish": [["line", {...}, ""], ...]}
@@ -12,6 +13,7 @@
 #include <nlohmann/json.hpp>
 
 #include "basic/Error.h"
+#include "tray/web/Passwords.h"
 #include "tray/web/Server.h"
 
 namespace {
@@ -73,9 +75,15 @@ void Publish(vex::Server& server, const json& told) {
 
 int main(int argc, char** argv) {
   try {
+    if (argc == 4 && std::string(argv[1]) == "--hash") {
+      const bool boolControl = std::string(argv[2]) == "control";
+      std::cout << vex::Passwords::Line(boolControl ? vex::Role::Control : vex::Role::View, argv[3])
+                << std::endl;
+      return 0;
+    }
     const auto stage = std::make_shared<Stage>();
     vex::Server server(stage);
-    server.Start("127.0.0.1", 0, {argc > 1 ? argv[1] : "", {}});
+    server.Start("127.0.0.1", argc > 1 ? std::stoi(argv[1]) : 0, {argc > 2 ? argv[2] : "", {}});
     std::cout << json{{"port", server.Port()}}.dump() << std::endl;
     for (std::string szLine; std::getline(std::cin, szLine);) {
       const auto told = json::parse(szLine);

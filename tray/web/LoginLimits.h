@@ -21,6 +21,8 @@ class LoginLimits {
   [[nodiscard]] std::chrono::seconds Wait(const std::string& szAddress, Clock::time_point now) const;
   void Failed(const std::string& szAddress, Clock::time_point now);
   void Succeeded(const std::string& szAddress);
+  /// How many are remembered, at most 1024.
+  [[nodiscard]] size_t Sources() const { return m_Sources.size(); }
 
  private:
   struct Record {

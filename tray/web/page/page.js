@@ -265,7 +265,7 @@ function universeOf(light) {
     item.dataset.order = String(light.universe).padStart(6, "0") + light.protocol;
     const after = [...at("lights").children].find((other) => other.dataset.order > item.dataset.order);
     at("lights").insertBefore(item, after || null);
-    one = { item, canvas, title, context: canvas.getContext("2d"), told: 0, seen: 0 };
+    one = { item, canvas, title, context: canvas.getContext("2d", { willReadFrequently: true }), told: -Infinity, seen: 0 };
     universes.set(key, one);
     at("lights-none").hidden = true;
   }
