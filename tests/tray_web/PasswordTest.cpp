@@ -151,7 +151,7 @@ TEST_F(Passworded, AProxysNameIsOursWhenItWasNamed) {
 TEST(PasswordFile, IsPrivateOrRefused) {
   namespace fs = std::filesystem;
   const PrivateFile file(BothPasswords());
-  EXPECT_NO_THROW(Passwords(file.Path));
+  EXPECT_NO_THROW(Passwords{file.Path});
   for (const auto more :
        {fs::perms::group_read, fs::perms::others_read, fs::perms::group_write, fs::perms::owner_exec}) {
     fs::permissions(file.Path, fs::perms::owner_read | fs::perms::owner_write | more);
@@ -162,8 +162,8 @@ TEST(PasswordFile, IsPrivateOrRefused) {
       EXPECT_NE(error.Description.find("chmod 600"), std::string::npos) << error.Description;
     }
   }
-  EXPECT_THROW(Passwords("/nowhere/at/all"), Error);
-  EXPECT_THROW(Passwords(testing::TempDir()), Error);
+  EXPECT_THROW(Passwords{"/nowhere/at/all"}, Error);
+  EXPECT_THROW(Passwords{testing::TempDir()}, Error);
 }
 
 TEST(PasswordFile, WhatItHoldsIsToldByLine) {

@@ -129,7 +129,7 @@ TEST_F(WhoMay, OtherMethodsAndOtherWordsAreRefused) {
   EXPECT_EQ(StatusOf("GET / HTTP/1.1\nHost: 127.0.0.1\n\n\r\n\r\n"), 400) << "line feeds alone";
   EXPECT_EQ(StatusOf("GET / HTTP/1.1\r\nHost : 127.0.0.1\r\n\r\n"), 400) << "a blank before the colon";
   EXPECT_EQ(StatusOf("GET / HTTP/1.1\r\nHost: 127.0.0.1\r\n folded\r\n\r\n"), 400);
-  EXPECT_EQ(StatusOf(std::string("GET / HTTP/1.1\r\nHost: 127.0.0.1\r\nX: a\0b\r\n\r\n", 47)), 400)
+  EXPECT_EQ(StatusOf("GET / HTTP/1.1\r\nHost: 127.0.0.1\r\nX: a" + std::string(1, '\0') + "b\r\n\r\n"), 400)
       << "a zero byte";
 }
 
