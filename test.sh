@@ -81,15 +81,29 @@ step_tidy() {
     xargs -P "$(nproc)" -n 4 clang-tidy-14 -p build/dev --quiet --extra-arg=-Wno-unknown-warning-option 2>/dev/null'
 }
 
+# One fuzzer; its lines and its exit status go to files, so that several can run at once.
+try_fuzzer() {
+  local fuzzer=$1 name
+  name=$(basename "$fuzzer")
+  mkdir -p "$results/$name"
+  "$fuzzer" -max_total_time="$fuzz_seconds" -timeout=10 -rss_limit_mb=4096 -print_final_stats=0 -verbosity=0 \
+    -artifact_prefix="$results/" "$results/$name" "fuzz/corpus/$name" >"$results/$name.log" 2>&1
+  echo $? >"$results/$name.status"
+}
+
 step_fuzz() {
-  heading "fuzzers, $fuzz_seconds s each"
+  heading "fuzzers, $fuzz_seconds s each, $(nproc) at once"
   if ! build fuzz; then check "build fuzz" false; return; fi
   local fuzzer name
   for fuzzer in build/fuzz/fuzz/*Fuzz; do
+    while [ "$(jobs -rp | wc -l)" -ge "$(nproc)" ]; do wait -n; done
+    try_fuzzer "$fuzzer" &
+  done
+  wait
+  for fuzzer in build/fuzz/fuzz/*Fuzz; do
     name=$(basename "$fuzzer")
-    mkdir -p "$results/$name"
-    check "$name" "$fuzzer" -max_total_time="$fuzz_seconds" -timeout=10 -rss_limit_mb=4096 -print_final_stats=0 \
-      -verbosity=0 -artifact_prefix="$results/" "$results/$name" "fuzz/corpus/$name"
+    cat "$results/$name.log"
+    check "$name" [ "$(cat "$results/$name.status")" = 0 ]
   done
 }
 
@@ -149,7 +163,11 @@ done
 
 cmake/install-packages.sh test || exit 1
 command -v ccache >/dev/null && export CMAKE_CXX_COMPILER_LAUNCHER=ccache
-for step in "${steps[@]}"; do "step_$step"; done
+for step in "${steps[@]}"; do
+  began=$SECONDS
+  "step_$step"
+  echo "$step: $((SECONDS - began)) s"
+done
 printf '\n%d passed, %d failed' "$passed" "$failed"
 [ "$skipped" -eq 0 ] || printf ', %d skipped' "$skipped"
 printf '\n'

@@ -2,7 +2,8 @@
 """Adds up the test cases of a CTest run: prints how many passed, failed and were skipped.
 
 Test programs write a report each; a program that CTest calls failed although its report has no failed
-case (or that wrote none, because it died) counts as one failed case.
+case (or that wrote none, because it died) counts as one failed case. Each skipped case is named with its reason
+on the error output.
 """
 import pathlib
 import sys
@@ -19,11 +20,22 @@ def report_counts(path):
     return tests - failures - skips, failures, skips
 
 
+def skip_reasons(path):
+    """Each skipped case of a report, with its reason; what a case says begins with its place in the source."""
+    for case in ElementTree.parse(path).getroot().iter("testcase"):
+        skipped = case.find("skipped")
+        if skipped is not None:
+            said = (skipped.get("message") or "").splitlines()
+            yield f"{case.get('classname')}.{case.get('name')}: {said[-1] if said else 'it does not say why'}"
+
+
 def main(folder):
     passed = failed = skipped = 0
     reports = {}
     for path in pathlib.Path(folder).glob("*.xml"):
         reports[path.stem.removesuffix("_tests")] = report_counts(path)
+        for case in skip_reasons(path):
+            print(f"skipped: {case}", file=sys.stderr)
     for good, bad, left_out in reports.values():
         passed += good
         failed += bad

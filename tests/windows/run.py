@@ -12,7 +12,6 @@ import os
 import pathlib
 import shutil
 import sys
-import xml.etree.ElementTree as ElementTree
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1]))
 import count  # noqa: E402
@@ -58,20 +57,19 @@ def try_program(machine, program):
         good = 1
     if (status != 0 or good + bad + left_out == 0) and bad == 0:
         bad = 1
-    for why in skip_reasons(report) if left_out else ():
-        print(f"skipped {name}: {why}", file=sys.stderr)
+    for why in count.skip_reasons(report) if left_out else ():
+        print(f"skipped: {name}: {why}", file=sys.stderr)
     if bad:
         lines = output.read_text(encoding="utf-8", errors="replace").splitlines()
         how = "does not end" if status is None else f"ends with status {status}"
-        print(f"FAILED: {name} {how}", *lines[-40:], sep="\n  ", file=sys.stderr)
+        print(f"FAILED: {name} {how}", *telling_lines(lines), sep="\n  ", file=sys.stderr)
     return good, bad, left_out
 
 
-def skip_reasons(report):
-    for case in ElementTree.parse(report).getroot().iter("testcase"):
-        skipped = case.find("skipped")
-        if skipped is not None:
-            yield f"{case.get('classname')}.{case.get('name')}: {(skipped.get('message') or '').splitlines()[-1]}"
+def telling_lines(lines):
+    """What tells why a program failed: how it began, what it says of failures, and how it ended."""
+    failures = [line for line in lines[20:-40] if any(word in line for word in ("FAILED", "Failure", "Unhandled"))]
+    return lines if len(lines) <= 60 else [*lines[:20], "...", *failures[:100], "...", *lines[-40:]]
 
 
 def bring_data(machine, name):
@@ -100,7 +98,7 @@ def main(architecture, names):
     good, bad, left_out = (sum(column) for column in zip((0, 0, 0), *results))
     bad += 0 if programs else 1
     for name, why in LEFT_OUT.items() if not names else ():
-        print(f"{preset}: skipped {name}: {why}", file=sys.stderr)
+        print(f"skipped: {preset} {name}: {why}", file=sys.stderr)
         left_out += 1
     print(f"{preset}: {good} passed, {bad} failed, {left_out} skipped", file=sys.stderr)
     print(good, bad, left_out)
