@@ -103,8 +103,11 @@ void Win32Host::OnTerminate(std::function<void()> handler) {
   SetConsoleCtrlHandler(OnConsole, TRUE);
 }
 
+/// The loop's thread goes before all that has no such claim; threads of libraries, which decode, stay behind
+/// it.
 bool Win32Host::SharpTimers() {
-  return SetPriorityClass(GetCurrentProcess(), ABOVE_NORMAL_PRIORITY_CLASS) != 0;
+  const bool boolProcess = SetPriorityClass(GetCurrentProcess(), ABOVE_NORMAL_PRIORITY_CLASS) != 0;
+  return SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_TIME_CRITICAL) != 0 && boolProcess;
 }
 
 std::unique_ptr<Host> NativeHost() {

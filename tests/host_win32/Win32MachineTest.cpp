@@ -1,3 +1,4 @@
+#include <thread>
 #include <vector>
 
 #include "basic/Error.h"
@@ -176,6 +177,17 @@ TEST(Win32Files, LockIsOneForAllFilesOfAFolder) {
   EXPECT_TRUE(files.Lock(folder.Path() + "weeksched.qsc", &szReason));
   EXPECT_FALSE(files.Lock(folder.Path() + "none\\weeksched.qsc", &szReason));
   EXPECT_EQ(szReason, "File not found");
+}
+
+TEST(Win32Host, SharpTimersAreForTheLoopsThreadAlone) {
+  Win32Host host;
+  EXPECT_TRUE(host.SharpTimers());
+  EXPECT_EQ(GetThreadPriority(GetCurrentThread()), THREAD_PRIORITY_TIME_CRITICAL);
+  int other = THREAD_PRIORITY_ERROR_RETURN;
+  std::thread([&] { other = GetThreadPriority(GetCurrentThread()); }).join();
+  EXPECT_EQ(other, THREAD_PRIORITY_NORMAL);
+  SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_NORMAL);
+  SetPriorityClass(GetCurrentProcess(), NORMAL_PRIORITY_CLASS);
 }
 
 TEST(Win32Host, MachineTellsWhoItIsAndWhereUserDataBelong) {
