@@ -278,6 +278,61 @@ TEST_F(SuiteSongTest, VideoIsShownWhereItIsWantedAndFillsTheScreenWhereItIsWante
   EXPECT_EQ(IsWindowVisible(window), FALSE) << "another case is another type";
 }
 
+/// The song is a film, and its window is looked for as the machine knows it.
+class SuiteFilmTest : public SuiteSongTest {
+ protected:
+  void Open(const char* szPreference, int32_t lValue, const wchar_t* szType) {
+    m_Host.Registry().SetLong("Software\\Brillara\\Shared\\VideoPreferences", szPreference, lValue);
+    m_Media.MediaType = szType;
+    Start();
+    m_Log.clear();
+    m_Media.TellOpenState(13);
+  }
+  static HWND Window() { return FindWindowA("VexMonitorVideo", "Brillara Video"); }
+  static bool Seen() { return IsWindowVisible(Window()) != FALSE; }
+};
+
+TEST_F(SuiteFilmTest, FilmThatIsNotWantedIsNotSeen) {
+  Open("DisplayVideos", 0, L"video");
+  EXPECT_NE(Window(), nullptr);
+  EXPECT_FALSE(Seen());
+}
+
+TEST_F(SuiteFilmTest, SongIsSeenOnlyWhereSongsAreDrawn) {
+  Open("DisplayVisualizations", 0, L"audio");
+  EXPECT_FALSE(Seen());
+}
+
+TEST_F(SuiteFilmTest, SongIsSeenWhereSongsAreDrawn) {
+  Open("DisplayVisualizations", 1, L"audio");
+  EXPECT_TRUE(Seen());
+}
+
+TEST_F(SuiteFilmTest, ControlWithoutKindsAndWithoutFullScreenPlaysOn) {
+  m_Media.FullScreenResult = E_NOTIMPL;
+  Open("DisplayVisualizations", 1, L"");
+  m_Media.MediaType.reset();
+  m_Media.TellOpenState(13);
+  Run(1);
+  EXPECT_TRUE(Seen());
+  EXPECT_EQ(m_Log, "");
+}
+
+TEST_F(SuiteFilmTest, CloseBoxDoesNothingAndTheEndOfTheShowTakesTheWindowAway) {
+  Open("DisplayVideos", 1, L"video");
+  SendMessageA(Window(), WM_SYSCOMMAND, SC_CLOSE, 0);
+  SendMessageA(Window(), WM_CLOSE, 0, 0);
+  Run(10);
+  EXPECT_TRUE(Seen());
+  EXPECT_EQ(m_Log, "");
+  const VARIANT stopped = LongValue(0);
+  SuiteReturn("SequenceEngine.PlayState", &stopped);
+  m_Monitor->RequestGracefulShutdown();
+  Run(1000);
+  EXPECT_EQ(Window(), nullptr);
+  EXPECT_NE(m_Log.find("Show Player shutting down"), std::string::npos) << m_Log;
+}
+
 TEST_F(SuiteSongTest, KeepAliveOfTheEngineReachesTheControl) {
   Start();
   SuiteFire("SequenceEngine", 12, nullptr, 0);

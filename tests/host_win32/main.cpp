@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <iostream>
 #include <thread>
 
 #include "host/ThreadedLookUp.h"
@@ -13,6 +14,7 @@ namespace vex::test {
 namespace {
 
 constexpr DWORD HangMs = 700;
+constexpr int TextId = 0xFFFF;  // of the text in a message box
 
 WindowHandle HandleOf(const char* szNumber) {
   return static_cast<WindowHandle>(std::atol(szNumber));
@@ -63,6 +65,25 @@ int AskInVain() {
   return 0;
 }
 
+/// Waits for the message box with that title, whosever it is, tells what it says, and presses OK if it is
+/// asked to.
+int ReadBox(const std::string& szTitle, bool boolPress) {
+  constexpr int patience = 6000;
+  HWND box = nullptr;
+  for (int look = 0; look < patience && box == nullptr; ++look) {
+    Sleep(10);
+    box = FindWindowA("#32770", szTitle.c_str());
+    if (box != nullptr && GetDlgItem(box, TextId) == nullptr) box = nullptr;  // still being made
+  }
+  if (box == nullptr) return 1;
+  std::string szText(4096, '\0');
+  szText.resize(static_cast<size_t>(
+      SendDlgItemMessageA(box, TextId, WM_GETTEXT, szText.size(), reinterpret_cast<LPARAM>(szText.data()))));
+  std::cout << szText << std::flush;
+  if (boolPress) PostMessageA(box, WM_COMMAND, IDOK, 0);
+  return 0;
+}
+
 /// Presses OK in every message box of this program, as a person would, unless a test does so itself.
 class BoxCloser : public testing::Environment {
  public:
@@ -101,6 +122,7 @@ int main(int argc, char** argv) {
   if (szPart == "style") return vex::test::TellStyle(argv[2]);
   if (szPart == "silent") return vex::test::AskInVain();
   if (szPart == "nothing") return 0;
+  if (szPart == "box") return vex::test::ReadBox(argv[2], argc > 3);
   testing::InitGoogleTest(&argc, argv);
   testing::AddGlobalTestEnvironment(new vex::test::BoxCloser);
   return RUN_ALL_TESTS();

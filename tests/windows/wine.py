@@ -70,6 +70,13 @@ class Wine:
         self.call(["wineserver", "-p"])
         return self
 
+    def show_on(self, display):
+        """Starts the machine anew with a display of this one; without it the null driver is taken again."""
+        self.call(["wine", "reg", "add", r"HKCU\Software\Wine\Drivers", "/v", "Graphics", "/d", "x11,null", "/f"])
+        self.stop()
+        self.environment["DISPLAY"] = display
+        return self.start()
+
     def stop(self):
         self.call(["wineserver", "-k"])
 

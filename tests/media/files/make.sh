@@ -19,3 +19,4 @@ rm cover.jpg
 
 # What the media player control of a bare Windows machine, or of Wine, plays as well.
 make -f lavfi -i sine=frequency=330:sample_rate=16000 -t 4 -c:a libvorbis -q:a 0 song.ogg
+make -f lavfi -i testsrc=size=160x90:rate=5 "${tone[@]}" -t 4 -c:v mjpeg -q:v 20 -c:a pcm_u8 -ar 8000 film.avi
