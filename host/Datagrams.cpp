@@ -1,6 +1,13 @@
 #include "host/Datagrams.h"
 
+#include "basic/Error.h"
+
 namespace vex {
+
+std::unique_ptr<DatagramReceiver> Datagrams::NewSharedReceiver(EventLoop&, const DatagramAddress&, uint32_t,
+                                                               DatagramHandler) {
+  throw PlatformError(ErrorInvalidCall);
+}
 
 bool AddressFromText(const std::string& szText, uint32_t& address) {
   uint32_t result = 0;

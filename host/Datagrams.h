@@ -67,6 +67,15 @@ class Datagrams {
   [[nodiscard]] virtual std::unique_ptr<DatagramReceiver> NewReceiver(EventLoop& loop,
                                                                       const DatagramAddress& at,
                                                                       DatagramHandler handler) = 0;
+  /// The same beside other programs that listen at that address and let others, too. Of what is sent to a
+  /// multicast group or by broadcast each gets its own, and one that listens at that very group or broadcast
+  /// address takes nothing else; of what is sent to one machine's address only one program gets it, the
+  /// machine chooses which. A group is joined at the interface with the given address (0: the system's
+  /// choice). Machines on which nobody listens beside others raise ErrorInvalidCall.
+  [[nodiscard]] virtual std::unique_ptr<DatagramReceiver> NewSharedReceiver(EventLoop& loop,
+                                                                            const DatagramAddress& at,
+                                                                            uint32_t multicastInterface,
+                                                                            DatagramHandler handler);
   /// Asks the name service for a host without waiting. The handler runs on the loop, once, never within
   /// this call; it may let the question go. The loop outlives the question.
   [[nodiscard]] virtual std::unique_ptr<HostLookUp> LookUp(EventLoop& loop, const std::string& szHost,

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vex {
 
@@ -72,6 +73,9 @@ class Files {
 
   /// True when the path exists and is not a folder.
   [[nodiscard]] virtual bool Exists(const std::string& szPath) = 0;
+  /// The names of the files in a folder, without its folders, sorted; none where it cannot be read, and on
+  /// machines where nobody asks. Names with characters that the system does not know are left out.
+  [[nodiscard]] virtual std::vector<std::string> FilesIn(const std::string& /*szFolder*/) { return {}; }
   virtual bool MakeFolder(const std::string& szPath) = 0;
   virtual bool Remove(const std::string& szPath) = 0;
 

@@ -20,6 +20,7 @@ namespace vex {
 namespace {
 
 constexpr char Source[] = "Datagrams.NewSender";
+constexpr char Receiving[] = "Datagrams.NewReceiver";
 constexpr int WantedSendBuffer = 1 << 20;
 constexpr size_t BatchSize = 64;
 
@@ -101,6 +102,21 @@ class LinuxDatagramReceiver : public DatagramReceiver {
   DatagramTurns m_Turns;
 };
 
+Descriptor NewSocket(const char* szSource) {
+  Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+  if (!socket.Open()) throw SystemError(szSource, "socket");
+  return socket;
+}
+
+void Bind(const Descriptor& socket, const DatagramAddress& at) {
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(at.Port);
+  address.sin_addr.s_addr = htonl(at.Address);
+  if (bind(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+    throw SystemError(Receiving, "port " + std::to_string(at.Port));
+}
+
 bool AskNameService(const std::string& szHost, uint32_t& address) {
   if (szHost.empty() || szHost.find('\0') != std::string::npos) return false;
   addrinfo wanted{};
@@ -117,21 +133,30 @@ bool AskNameService(const std::string& szHost, uint32_t& address) {
 
 std::unique_ptr<DatagramReceiver> LinuxDatagrams::NewReceiver(EventLoop& loop, const DatagramAddress& at,
                                                               DatagramHandler handler) {
-  constexpr char source[] = "Datagrams.NewReceiver";
-  Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-  if (!socket.Open()) throw SystemError(source, "socket");
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(at.Port);
-  address.sin_addr.s_addr = htonl(at.Address);
-  if (bind(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-    throw SystemError(source, "port " + std::to_string(at.Port));
+  Descriptor socket = NewSocket(Receiving);
+  Bind(socket, at);
+  return std::make_unique<LinuxDatagramReceiver>(std::move(socket), loop, std::move(handler));
+}
+
+std::unique_ptr<DatagramReceiver> LinuxDatagrams::NewSharedReceiver(EventLoop& loop,
+                                                                    const DatagramAddress& at,
+                                                                    uint32_t multicastInterface,
+                                                                    DatagramHandler handler) {
+  Descriptor socket = NewSocket(Receiving);
+  const int one = 1;
+  if (setsockopt(socket.Get(), SOL_SOCKET, SO_REUSEADDR, &one, sizeof one) != 0)
+    throw SystemError(Receiving, "");
+  Bind(socket, at);
+  if (IN_MULTICAST(at.Address)) {
+    const ip_mreq group{{htonl(at.Address)}, {htonl(multicastInterface)}};
+    if (setsockopt(socket.Get(), IPPROTO_IP, IP_ADD_MEMBERSHIP, &group, sizeof group) != 0)
+      throw SystemError(Receiving, "multicast");
+  }
   return std::make_unique<LinuxDatagramReceiver>(std::move(socket), loop, std::move(handler));
 }
 
 std::unique_ptr<DatagramSocket> LinuxDatagrams::NewSender(uint32_t multicastInterface) {
-  Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-  if (!socket.Open()) throw SystemError(Source, "socket");
+  Descriptor socket = NewSocket(Source);
   const int one = 1;
   if (setsockopt(socket.Get(), SOL_SOCKET, SO_BROADCAST, &one, sizeof one) != 0 ||
       setsockopt(socket.Get(), IPPROTO_IP, IP_MULTICAST_TTL, &one, sizeof one) != 0)

@@ -11,6 +11,10 @@ class LinuxDatagrams : public Datagrams {
   [[nodiscard]] std::unique_ptr<DatagramSocket> NewSender(uint32_t multicastInterface) override;
   [[nodiscard]] std::unique_ptr<DatagramReceiver> NewReceiver(EventLoop& loop, const DatagramAddress& at,
                                                               DatagramHandler handler) override;
+  [[nodiscard]] std::unique_ptr<DatagramReceiver> NewSharedReceiver(EventLoop& loop,
+                                                                    const DatagramAddress& at,
+                                                                    uint32_t multicastInterface,
+                                                                    DatagramHandler handler) override;
   /// Asks on a thread of its own.
   [[nodiscard]] std::unique_ptr<HostLookUp> LookUp(EventLoop& loop, const std::string& szHost,
                                                    HostLookUpHandler handler) override;

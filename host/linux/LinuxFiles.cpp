@@ -8,6 +8,8 @@
 #include <array>
 #include <climits>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 
 #include "host/CodePage.h"
 #include "host/linux/Descriptor.h"
@@ -208,6 +210,22 @@ bool LinuxFiles::Exists(const std::string& szPath) {
   const int code =
       Try(szPath, [&](const std::string& szHost) { return stat(szHost.c_str(), &state) == 0 ? 0 : errno; });
   return code == 0 && !S_ISDIR(state.st_mode);
+}
+
+std::vector<std::string> LinuxFiles::FilesIn(const std::string& szFolder) {
+  std::vector<std::string> names;
+  std::string szHostPath;
+  if (!AsWritten(szFolder, szHostPath)) return names;
+  std::error_code problem;
+  std::filesystem::directory_iterator entry(FindWithoutCase(WithoutEndSlashes(szHostPath)), problem);
+  for (; !problem && entry != std::filesystem::directory_iterator(); entry.increment(problem)) {
+    std::string szName;
+    std::error_code unknown;
+    if (entry->is_regular_file(unknown) && Utf8ToAnsi(entry->path().filename().string(), szName))
+      names.push_back(szName);
+  }
+  std::ranges::sort(names);
+  return names;
 }
 
 bool LinuxFiles::MakeFolder(const std::string& szPath) {

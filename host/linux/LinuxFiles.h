@@ -27,6 +27,7 @@ class LinuxFiles : public Files {
   bool Rename(const std::string& szPath, const std::string& szNewPath) override;
 
   [[nodiscard]] bool Exists(const std::string& szPath) override;
+  [[nodiscard]] std::vector<std::string> FilesIn(const std::string& szFolder) override;
   bool MakeFolder(const std::string& szPath) override;
   bool Remove(const std::string& szPath) override;
 

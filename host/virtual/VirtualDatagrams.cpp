@@ -12,8 +12,9 @@ namespace vex {
 
 class VirtualDatagramReceiver final : public DatagramReceiver {
  public:
-  VirtualDatagramReceiver(VirtualDatagrams& network, const DatagramAddress& at, DatagramHandler handler)
-      : At(at), Handler(std::move(handler)), m_Network(network) {
+  VirtualDatagramReceiver(VirtualDatagrams& network, const DatagramAddress& at, bool boolShared,
+                          DatagramHandler handler)
+      : At(at), Shared(boolShared), Handler(std::move(handler)), m_Network(network) {
     m_Network.m_Receivers.push_back(this);
   }
   ~VirtualDatagramReceiver() override { std::erase(m_Network.m_Receivers, this); }
@@ -21,6 +22,7 @@ class VirtualDatagramReceiver final : public DatagramReceiver {
   VirtualDatagramReceiver& operator=(const VirtualDatagramReceiver&) = delete;
 
   const DatagramAddress At;
+  const bool Shared;
   const DatagramHandler Handler;
 
  private:
@@ -108,23 +110,38 @@ int32_t VirtualDatagrams::Send(uint32_t multicastInterface, const Datagram& data
 
 std::unique_ptr<DatagramReceiver> VirtualDatagrams::NewReceiver(EventLoop&, const DatagramAddress& at,
                                                                 DatagramHandler handler) {
+  return Bind(at, false, std::move(handler));
+}
+
+std::unique_ptr<DatagramReceiver> VirtualDatagrams::NewSharedReceiver(EventLoop&, const DatagramAddress& at,
+                                                                      uint32_t /*multicastInterface*/,
+                                                                      DatagramHandler handler) {
+  return Bind(at, true, std::move(handler));
+}
+
+std::unique_ptr<DatagramReceiver> VirtualDatagrams::Bind(const DatagramAddress& at, bool boolShared,
+                                                         DatagramHandler handler) {
   constexpr int32_t addressInUse = EADDRINUSE;
-  const bool boolTaken = std::any_of(m_Receivers.begin(), m_Receivers.end(),
-                                     [&](const auto* receiver) { return receiver->At.Port == at.Port; });
+  const bool boolTaken = std::any_of(m_Receivers.begin(), m_Receivers.end(), [&](const auto* receiver) {
+    return receiver->At.Port == at.Port && !(boolShared && receiver->Shared);
+  });
   const int32_t lCode = boolTaken ? addressInUse : m_NewReceiverCode;
   if (lCode != 0) throw Error(lCode, "Datagrams.NewReceiver", Describe(lCode));
-  return std::make_unique<VirtualDatagramReceiver>(*this, at, std::move(handler));
+  return std::make_unique<VirtualDatagramReceiver>(*this, at, boolShared, std::move(handler));
 }
 
 bool VirtualDatagrams::Deliver(const DatagramAddress& to, const DatagramAddress& from,
                                std::span<const uint8_t> bytes) {
-  for (const auto* receiver : m_Receivers) {
+  bool boolTaken = false;
+  const std::vector<VirtualDatagramReceiver*> receivers = m_Receivers;  // a handler may make others
+  for (const auto* receiver : receivers) {
     const bool boolBound = receiver->At.Address == 0 || receiver->At.Address == to.Address;
     if (receiver->At.Port != to.Port || !boolBound) continue;
     receiver->Handler(from, bytes);
-    return true;
+    boolTaken = true;
+    if (!receiver->Shared) break;
   }
-  return false;
+  return boolTaken;
 }
 
 }  // namespace vex

@@ -31,6 +31,10 @@ class VirtualDatagrams final : public vex::Datagrams {
   [[nodiscard]] std::unique_ptr<DatagramSocket> NewSender(uint32_t multicastInterface) override;
   [[nodiscard]] std::unique_ptr<DatagramReceiver> NewReceiver(EventLoop& loop, const DatagramAddress& at,
                                                               DatagramHandler handler) override;
+  [[nodiscard]] std::unique_ptr<DatagramReceiver> NewSharedReceiver(EventLoop& loop,
+                                                                    const DatagramAddress& at,
+                                                                    uint32_t multicastInterface,
+                                                                    DatagramHandler handler) override;
   /// What Resolve says now, told at the loop's next turn or when look-ups are held no more.
   [[nodiscard]] std::unique_ptr<HostLookUp> LookUp(EventLoop& loop, const std::string& szHost,
                                                    HostLookUpHandler handler) override;
@@ -47,7 +51,8 @@ class VirtualDatagrams final : public vex::Datagrams {
   /// How often the name service was asked.
   [[nodiscard]] int32_t LookUpCount() const { return m_LookUpCount; }
 
-  /// A datagram comes in at a port; false where nobody has bound it for that address.
+  /// A datagram comes in at a port, to all who share it, as a group's does; false where nobody has bound it
+  /// for that address.
   bool Deliver(const DatagramAddress& to, const DatagramAddress& from, std::span<const uint8_t> bytes);
   /// Binding any port raises this code; 0 lets it succeed again.
   void FailNewReceiver(int32_t lCode) { m_NewReceiverCode = lCode; }
@@ -64,6 +69,7 @@ class VirtualDatagrams final : public vex::Datagrams {
   friend class VirtualDatagramReceiver;
   friend class VirtualHostLookUp;
   int32_t Send(uint32_t multicastInterface, const Datagram& datagram);
+  std::unique_ptr<DatagramReceiver> Bind(const DatagramAddress& at, bool boolShared, DatagramHandler handler);
 
   const Clock& m_Clock;
   std::vector<SentDatagram> m_Sent;

@@ -126,6 +126,15 @@ bool VirtualFiles::Exists(const std::string& szPath) {
   return m_ExistsBelow[szKey] = m_Below->Exists(szPath);
 }
 
+std::vector<std::string> VirtualFiles::FilesIn(const std::string& szFolder) {
+  const std::string szKey = KeyOf(szFolder);
+  std::vector<std::string> names;
+  for (const auto& [szPath, entry] : m_Entries) {
+    if (entry.Contents && FolderOf(szPath) == szKey) names.push_back(szPath.substr(szKey.size() + 1));
+  }
+  return names;
+}
+
 bool VirtualFiles::MakeFolder(const std::string& szPath) {
   const std::string& szKey = KeyOf(szPath);
   for (std::string szFolder = szKey; !IsRoot(szFolder); szFolder = FolderOf(szFolder)) {

@@ -27,6 +27,8 @@ class VirtualFiles final : public vex::Files {
   [[nodiscard]] std::unique_ptr<GrowingFile> Grow(const std::string& szPath) override;
   bool Rename(const std::string& szPath, const std::string& szNewPath) override;
   [[nodiscard]] bool Exists(const std::string& szPath) override;
+  /// Names come in lower case, as they compare.
+  [[nodiscard]] std::vector<std::string> FilesIn(const std::string& szFolder) override;
   /// Makes the folders above it too; true when it is there afterwards.
   bool MakeFolder(const std::string& szPath) override;
   bool Remove(const std::string& szPath) override;

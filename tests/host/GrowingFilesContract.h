@@ -90,4 +90,15 @@ TEST_P(HostContract, GrowingFileKeepsItsFileUnderAnotherName) {
   EXPECT_EQ(szContents, "one\ntwo\n");
 }
 
+TEST_P(HostContract, FilesInAFolderAreNamed) {
+  Files& files = m_Host->Files();
+  const std::string szFolder = m_Machine->Folder();
+  ASSERT_TRUE(files.Write(szFolder + "b.shw", "x"));
+  ASSERT_TRUE(files.Write(szFolder + "a.shw", "x"));
+  ASSERT_TRUE(files.MakeFolder(szFolder + "c.shw"));
+  ASSERT_TRUE(files.Write(szFolder + "c.shw\\d.shw", "x"));
+  EXPECT_EQ(files.FilesIn(szFolder), (std::vector<std::string>{"a.shw", "b.shw"}));
+  EXPECT_TRUE(files.FilesIn(szFolder + "none").empty());
+}
+
 }  // namespace vex::test

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <signal.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
@@ -67,7 +68,9 @@ TEST(KilledWriter, LosesNothingThatWasWritten) {
     const pid_t writer = fork();
     ASSERT_GE(writer, 0);
     if (writer == 0) WriteUntilKilled(szPath, *progress);
-    usleep(static_cast<useconds_t>(random() % 20000));
+    const int64_t end = progress->Added + static_cast<int64_t>(random() % 300);
+    while (progress->Added < end) sched_yield();
+    for (auto turns = random() % 300; turns > 0; --turns) sched_yield();
     ASSERT_EQ(::kill(writer, SIGKILL), 0);
     waitpid(writer, nullptr, 0);
   }

@@ -50,6 +50,9 @@ class FaultyFiles final : public Files {
   bool Exists(const std::string& szPath) override {
     return !m_Plan.Strikes("Exists", szPath) && m_Files.Exists(szPath);
   }
+  std::vector<std::string> FilesIn(const std::string& szFolder) override {
+    return m_Plan.Strikes("FilesIn", szFolder) ? std::vector<std::string>() : m_Files.FilesIn(szFolder);
+  }
   bool MakeFolder(const std::string& szPath) override {
     return !m_Plan.Strikes("MakeFolder", szPath) && m_Files.MakeFolder(szPath);
   }
@@ -214,6 +217,12 @@ class FaultyDatagrams final : public Datagrams {
                                                 DatagramHandler handler) override {
     m_Plan.Check("NewReceiver");
     return m_Datagrams.NewReceiver(loop, at, std::move(handler));
+  }
+  std::unique_ptr<DatagramReceiver> NewSharedReceiver(EventLoop& loop, const DatagramAddress& at,
+                                                      uint32_t multicastInterface,
+                                                      DatagramHandler handler) override {
+    m_Plan.Check("NewReceiver");
+    return m_Datagrams.NewSharedReceiver(loop, at, multicastInterface, std::move(handler));
   }
   /// A name that is not known is answered as such: looking up raises nothing.
   std::unique_ptr<HostLookUp> LookUp(EventLoop& loop, const std::string& szHost,
