@@ -64,8 +64,8 @@ class Files {
   /// Empty when it cannot be opened.
   [[nodiscard]] virtual std::unique_ptr<OpenFile> Open(const std::string& szPath) = 0;
 
-  /// Opens a file as it is, or makes it, to be written bit by bit. Empty when it cannot be, and on machines
-  /// where no program of the system keeps such files.
+  /// Opens a file as it is, or makes it, to be written bit by bit. Empty when it cannot be, while another
+  /// program has it open so, and on machines where no program of the system keeps such files.
   [[nodiscard]] virtual std::unique_ptr<GrowingFile> Grow(const std::string& /*szPath*/) { return nullptr; }
   /// Gives a file another name in its folder, in place of whatever file has that name; false on any failure,
   /// and on machines where nobody needs it.

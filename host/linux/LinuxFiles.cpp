@@ -1,6 +1,7 @@
 #include "host/linux/LinuxFiles.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -194,6 +195,7 @@ std::unique_ptr<GrowingFile> LinuxFiles::Grow(const std::string& szPath) {
   Descriptor file(open(FindWithoutCase(szHostPath).c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, NewFileMode));
   struct stat state {};
   if (!file.Open() || fstat(file.Get(), &state) != 0 || !S_ISREG(state.st_mode)) return nullptr;
+  if (flock(file.Get(), LOCK_EX | LOCK_NB) != 0) return nullptr;
   return std::make_unique<LinuxGrowingFile>(std::move(file), static_cast<uint64_t>(state.st_size));
 }
 
