@@ -51,6 +51,19 @@ class Stage(network.Stage):
         self.expect(status == 1, f"the player ends with {status}")
 
 
+def lights_that_are_not_installed_are_told_in_a_box(stage):
+    """Somebody wants them after the installation, which would have chosen others."""
+    stage.write_settings()
+    stage.call("VexPostInstall.exe")
+    stage.call("reg", "add", network.KEY + r"\Components", "/v", "Lights", "/d", "suite", "/f")
+    stage.start()
+    seen = stage.read_box("VexMonitor")
+    stage.expect(seen.startswith('Shows cannot be enabled because of an error.The component ChannelIO (program id '
+                                 '"VexChannelIO.ChannelIO") cannot be created: '), f"the box says {seen!r}")
+    status = stage.end_status()
+    stage.expect(status == 1, f"the player ends with {status}")
+
+
 def a_setting_that_means_nothing_is_told_in_a_box(stage):
     stage.components["Lights"] = "candles"
     stage.write_settings()
@@ -92,7 +105,7 @@ def a_player_that_shows_a_box_still_ends_when_it_is_asked_to(stage):
     stage.expect(status == 1, f"the player ends with {status}")
 
 
-CASES = (a_setting_that_means_nothing_is_told_in_a_box,
+CASES = (lights_that_are_not_installed_are_told_in_a_box, a_setting_that_means_nothing_is_told_in_a_box,
          an_installation_that_is_missing_is_told_in_a_box, a_second_player_is_silent_beside_a_box,
          a_player_that_shows_a_box_still_ends_when_it_is_asked_to)
 
