@@ -148,7 +148,7 @@ step_windows() {
     skipped=$((skipped + left_out))
     check "programs of windows-$architecture stand alone" python3 tests/windows/imports.py "$architecture" \
       "build/windows-$architecture/bin"
-    { for script in programs network harm; do python3 "tests/windows/$script.py" "$architecture"; done
+    { for script in programs network harm package; do python3 "tests/windows/$script.py" "$architecture"; done
       python3 tests/windows/boxes.py "$architecture"; python3 tests/windows/video.py "$architecture"
       python3 tests/windows/evening.py "$architecture" build/release/bin; } 2>&1 | tee "$results/programs"
     passed=$((passed + $(grep -c '^ok ' "$results/programs")))
