@@ -55,7 +55,9 @@ class VirtualGrowingFile final : public GrowingFile {
     if (offset > m_Contents->size()) return false;
     const bool boolFails = m_Files.m_FailWrites.contains(m_Files.KeyOf(m_Path));
     const std::string_view written = bytes.substr(0, boolFails ? bytes.size() / 2 : bytes.size());
-    m_Contents->replace(offset, std::min<uint64_t>(written.size(), m_Contents->size() - offset), written);
+    const auto place =
+        static_cast<size_t>(offset);  // not behind the end, which the memory of this machine holds
+    m_Contents->replace(place, std::min(written.size(), m_Contents->size() - place), written);
     return !boolFails;
   }
   bool Flush() override { return !m_Files.m_FailWrites.contains(m_Files.KeyOf(m_Path)); }

@@ -21,13 +21,13 @@ void SplitLines(std::string_view szText, const std::function<void(std::string_vi
 
 bool ReadFrom(OpenFile& file, uint64_t from, std::string& szText) {
   if (file.Size() < from) return false;
-  szText.resize(file.Size() - from);
+  szText.resize(static_cast<size_t>(file.Size() - from));
   return file.ReadAt(from, {reinterpret_cast<uint8_t*>(szText.data()), szText.size()});
 }
 
 std::string FirstLine(OpenFile& file) {
   constexpr uint64_t enough = 200;
-  std::string szText(std::min(file.Size(), enough), ' ');
+  std::string szText(static_cast<size_t>(std::min(file.Size(), enough)), ' ');
   if (!file.ReadAt(0, {reinterpret_cast<uint8_t*>(szText.data()), szText.size()})) return {};
   return szText.substr(0, szText.find('\n'));
 }
