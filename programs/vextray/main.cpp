@@ -21,9 +21,9 @@ namespace {
 
 constexpr const char* Description =
     "Keep the log of VexMonitor, watch whether its shows really play, and show both on a page.\n\n"
-    "  vextray                                 the page is at http://127.0.0.1:8787\n"
+    "  vextray                                 the page is at http://127.0.0.1:8410\n"
     "  vextray --on-trouble /home/me/ring.sh   runs that with \"begin\" or \"end\" and what is missing\n"
-    "  vextray --listen 0.0.0.0:8787 --password-file /home/me/.vextray-passwords\n"
+    "  vextray --listen 0.0.0.0 --password-file /home/me/.vextray-passwords\n"
     "  vextray --hash-password control >> /home/me/.vextray-passwords   asks for the password\n"
     "  vextray --listen off                    no page; read the log with vexctl log and vexctl history\n\n"
     "It takes the tray program's place and finds the player in VEX_RUNTIME_DIR (default\n"
@@ -37,7 +37,7 @@ constexpr int ExitCannot = 1;
 constexpr int ExitUsage = 2;
 
 struct Options {
-  std::string Listen = "127.0.0.1:8787";
+  std::string Listen = "127.0.0.1:8410";
   vex::Guards Doors;
   std::string OnTrouble;
   std::string HashPassword;
@@ -54,10 +54,10 @@ void AddOptions(CLI::App& app, Options& options) {
                                                   {"lights", vex::SoundBy::Lights},
                                                   {"off", vex::SoundBy::Nothing}};
   constexpr int32_t mostKilobytes = 1 << 20;
-  app.add_option(
-      "--listen", options.Listen,
-      "where the page is, ADDRESS:PORT, or \"off\" (default 127.0.0.1:8787); other than this machine's own "
-      "address only with --password-file");
+  app.add_option("--listen", options.Listen,
+                 "where the page is, ADDRESS or ADDRESS:PORT, or \"off\" (default 127.0.0.1:8410); other "
+                 "than this machine's own "
+                 "address only with --password-file");
   app.add_option("--password-file", options.Doors.szPasswordFile,
                  "the passwords of the page, a line of --hash-password for each; mode 0600");
   app.add_option("--name", options.Doors.Names,
@@ -92,17 +92,23 @@ int HashPassword(const std::string& szWho) {
   return ExitDone;
 }
 
-/// "ADDRESS:PORT"; raises a usage error for anything else.
+/// "ADDRESS:PORT", or an address alone, which has the usual port; raises a usage error for anything else.
 std::pair<std::string, int> AddressAndPort(const std::string& szListen) {
-  const size_t colon = szListen.rfind(':');
-  const std::string szPort = colon == std::string::npos ? "" : szListen.substr(colon + 1);
+  constexpr const char* usualPort = "8410";
+  const size_t lastColon = szListen.rfind(':');
+  const bool boolAddress6 =
+      szListen.ends_with(']') || (szListen.find(':') != lastColon && !szListen.starts_with('['));
+  const bool boolAlone = lastColon == std::string::npos || boolAddress6;
+  const size_t colon = boolAlone ? szListen.size() : lastColon;
+  const std::string szPort = boolAlone ? usualPort : szListen.substr(colon + 1);
   constexpr size_t mostDigits = 5;
   constexpr int mostPort = 65535;
   const bool boolNumber =
       !szPort.empty() && szPort.size() <= mostDigits &&
       std::ranges::all_of(szPort, [](char digit) { return digit >= '0' && digit <= '9'; });
   if (!boolNumber || colon == 0 || std::stoi(szPort) > mostPort)
-    throw CLI::ValidationError("--listen", "\"" + szListen + "\" is no ADDRESS:PORT, as 127.0.0.1:8787");
+    throw CLI::ValidationError("--listen",
+                               "\"" + szListen + "\" is no ADDRESS or ADDRESS:PORT, as 127.0.0.1:8410");
   std::string szAddress = szListen.substr(0, colon);
   if (szAddress.starts_with('[') && szAddress.ends_with(']'))
     szAddress = szAddress.substr(1, szAddress.size() - 2);

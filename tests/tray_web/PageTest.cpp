@@ -175,7 +175,7 @@ TEST_F(Page, ATakenPortIsNamedWithARemedy) {
     EXPECT_NE(error.Description.find(std::to_string(TheServer.Port())), std::string::npos)
         << error.Description;
     EXPECT_NE(error.Description.find("Address already in use"), std::string::npos) << error.Description;
-    EXPECT_NE(error.Description.find("--port"), std::string::npos) << error.Description;
+    EXPECT_NE(error.Description.find("--listen ADDRESS:PORT"), std::string::npos) << error.Description;
   }
   EXPECT_EQ(second.Port(), 0);
 }

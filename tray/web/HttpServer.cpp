@@ -103,7 +103,7 @@ int HttpServer::Bind(const std::string& szAddress, int port) {
     const std::string szWhy = errno != 0 ? std::strerror(errno) : "no such address here";
     throw Error(1, "Server.Start",
                 "Can't listen on " + szAddress + " port " + std::to_string(port) + ": " + szWhy +
-                    "; choose another with --port or --listen");
+                    "; choose another with --listen ADDRESS:PORT");
   }
   // The library lets five wait to be accepted; a sixth would come a second late.
   ::listen(svr_sock_, Backlog);
