@@ -44,6 +44,24 @@ run_tests() {
   skipped=$((skipped + left_out))
 }
 
+# Runs a script that prints "ok NAME" or "not ok NAME" for each case and counts them; one that breaks off without
+# having said so, or has no case, counts as one failed case.
+cases() {
+  local script=$1 said status good bad
+  shift
+  said=$(mktemp "$results/cases.XXXXXX")
+  $script "$@" 2>&1 | tee "$said"
+  status=${PIPESTATUS[0]}
+  good=$(grep -c '^ok ' "$said")
+  bad=$(grep -c '^not ok ' "$said")
+  if [ "$bad" -eq 0 ] && { [ "$status" -ne 0 ] || [ "$good" -eq 0 ]; }; then
+    echo "FAILED: $script $* ends with status $status after $good cases"
+    bad=1
+  fi
+  passed=$((passed + good))
+  failed=$((failed + bad))
+}
+
 build() {
   cmake --preset "$1" >"$results/$1.configure" 2>&1 && cmake --build --preset "$1" || { cat "$results/$1.configure"; return 1; }
   [[ " ${built[*]} " == *" build/$1 "* ]] || built+=("build/$1")
@@ -111,9 +129,7 @@ step_e2e() {
   heading "end to end"
   [ -e tests/e2e/run.py ] || return 0
   if ! build release; then check "build release" false; return; fi
-  python3 tests/e2e/run.py build/release 2>&1 | tee "$results/e2e"
-  passed=$((passed + $(grep -c '^ok ' "$results/e2e")))
-  failed=$((failed + $(grep -c '^not ok ' "$results/e2e")))
+  cases "python3 tests/e2e/run.py" build/release
   local programs=() each
   for each in "${built[@]}"; do [ ! -x "$each/bin/vexctl" ] || programs+=("$each"); done
   [ ${#programs[@]} -lt 2 ] || check "the same evening to the byte from ${programs[*]}" \
@@ -124,36 +140,53 @@ step_page() {
   heading "the tray's page in a browser"
   if ! build dev; then check "build dev" false; return; fi
   check "packages of the page's tests" npm --prefix tests/page ci --ignore-scripts --silent
-  node tests/page/run.js build/dev 2>&1 | tee "$results/page"
-  python3 tests/page/real.py build/dev 2>&1 | tee -a "$results/page"
-  passed=$((passed + $(grep -c '^ok ' "$results/page")))
-  failed=$((failed + $(grep -c '^not ok ' "$results/page")))
-  check "the page's tests have run" grep -q '^ok ' "$results/page"
+  cases "node tests/page/run.js" build/dev
+  cases "python3 tests/page/real.py" build/dev
 }
 
+# All tests of one width; what they say and how many they were goes to files, so that the next width can be built
+# meanwhile.
+try_windows() {
+  local architecture=$1 script good bad left_out
+  passed=0 failed=0 skipped=0
+  if read -r good bad left_out < <(python3 tests/windows/run.py "$architecture"); then
+    passed=$good failed=$bad skipped=$left_out
+    check "programs of windows-$architecture stand alone" python3 tests/windows/imports.py "$architecture" \
+      "build/windows-$architecture/bin"
+    for script in programs commands network harm package boxes video; do
+      cases "python3 tests/windows/$script.py" "$architecture"
+    done
+    cases "python3 tests/windows/evening.py" "$architecture" build/release/bin
+  else
+    check "tests of windows-$architecture" false
+  fi
+  echo "$passed $failed $skipped" >"$results/windows-$architecture.counts"
+}
+
+add_windows() {
+  local architecture=$1 good bad left_out
+  cat "$results/windows-$architecture.log"
+  read -r good bad left_out <"$results/windows-$architecture.counts" || { good=0 bad=1 left_out=0; }
+  passed=$((passed + good))
+  failed=$((failed + bad))
+  skipped=$((skipped + left_out))
+}
+
+# One width is tried while the next is built; never two at once, since they share this machine's addresses.
 step_windows() {
   heading "the same for Windows (mingw-w64), under Wine"
   check "packages for Windows" cmake/install-packages.sh windows
   check "32-bit Wine" cmake/windows/install-wine32.sh
   check "build release, to be compared with" build release
-  local architecture script good bad left_out
+  local architecture tried=()
   for architecture in x86_64 i686; do
     if ! build "windows-$architecture"; then check "build windows-$architecture" false; continue; fi
-    if ! read -r good bad left_out < <(python3 tests/windows/run.py "$architecture"); then
-      check "tests of windows-$architecture" false
-      continue
-    fi
-    passed=$((passed + good))
-    failed=$((failed + bad))
-    skipped=$((skipped + left_out))
-    check "programs of windows-$architecture stand alone" python3 tests/windows/imports.py "$architecture" \
-      "build/windows-$architecture/bin"
-    { for script in programs network harm package; do python3 "tests/windows/$script.py" "$architecture"; done
-      python3 tests/windows/boxes.py "$architecture"; python3 tests/windows/video.py "$architecture"
-      python3 tests/windows/evening.py "$architecture" build/release/bin; } 2>&1 | tee "$results/programs"
-    passed=$((passed + $(grep -c '^ok ' "$results/programs")))
-    failed=$((failed + $(grep -c '^not ok ' "$results/programs")))
+    wait
+    (try_windows "$architecture") >"$results/windows-$architecture.log" 2>&1 &
+    tried+=("$architecture")
   done
+  wait
+  for architecture in "${tried[@]}"; do add_windows "$architecture"; done
 }
 
 steps=("$@")

@@ -83,6 +83,12 @@ class Files {
   [[nodiscard]] virtual std::string HostPath(const std::string& szPath) = 0;
   /// A path of this machine (UTF-8) as the system writes it.
   [[nodiscard]] virtual std::string SystemPath(const std::string& szHostPath) = 0;
+  /// A path of this machine that stands in one of its files: a relative one is meant from that file's folder.
+  [[nodiscard]] virtual std::string HostPathBeside(const std::string& szHostFile,
+                                                   const std::string& szHostPath) const {
+    return szHostPath.starts_with('/') ? szHostPath
+                                       : szHostFile.substr(0, szHostFile.rfind('/') + 1) + szHostPath;
+  }
   /// The folder from which the running program was started, without a trailing backslash.
   [[nodiscard]] virtual std::string ProgramFolder() = 0;
   /// What program file names end in: ".exe", or nothing.

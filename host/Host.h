@@ -14,6 +14,7 @@
 #include "host/PlayerFinder.h"
 #include "host/Processes.h"
 #include "host/Registry.h"
+#include "host/RegistryText.h"
 #include "host/SingleInstance.h"
 #include "host/Windows.h"
 
@@ -21,6 +22,14 @@ namespace vex {
 
 /// Where a program prints what it was asked for, and what it has to say besides.
 enum class StandardStream { Output, Error };
+
+/// Where things lie on this machine, as its user is told: whole sentences for --help, and a line for when no
+/// player is found.
+struct PlaceWords {
+  std::string Player;
+  std::string Settings;
+  std::string NoPlayer = "no player is running; start VexMonitor";
+};
 
 /// Everything asked of the machine, gathered. Programs make one and hand each class the one or two seams
 /// that it uses; nothing below a program takes the whole host.
@@ -46,6 +55,10 @@ class Host {
   virtual void DriveTable(std::function<std::string(char)> /*lookUp*/) {}
   /// The file that holds the settings, a path of the machine in UTF-8; empty where it keeps them elsewhere.
   [[nodiscard]] virtual std::string SettingsFile() const { return {}; }
+  /// Where there is no such file: the key of the current user with all keys below it, as the file would hold
+  /// them. Numbers and texts are taken over, which is all that the system reads.
+  [[nodiscard]] virtual RegistryText ExportSettings(const std::string& /*szSubkey*/) { return {}; }
+  [[nodiscard]] virtual PlaceWords Places() const { return {}; }
   /// What stands behind the program's name on its command line, in single-byte text: the arguments joined by
   /// one blank, where the machine does not keep the line itself.
   [[nodiscard]] virtual std::string CommandLine(int argc, char** argv) const;

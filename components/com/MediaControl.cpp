@@ -219,6 +219,20 @@ void MediaControl::End() {
   if (std::exchange(m_Phase, Phase::Stopped) != Phase::Stopped && Changed) Changed();
 }
 
+void MediaControl::Silence() {
+  ComPointer<IWMPSettings> settings;
+  if (FAILED(m_Player->get_settings(settings.Put())) || !settings) return;
+  settings->put_mute(VARIANT_TRUE);
+  settings->put_volume(0);
+}
+
+double MediaControl::Duration() {
+  ComPointer<IWMPMedia> media;
+  double seconds = 0;
+  if (FAILED(m_Player->get_currentMedia(media.Put())) || !media) return 0;
+  return SUCCEEDED(media->get_duration(&seconds)) ? seconds : 0;
+}
+
 /// Empty for a control without a list of errors, of which only the reason of a failed play() is known.
 ComPointer<IWMPError> MediaControl::Errors() const {
   ComPointer<IWMPError> errors;

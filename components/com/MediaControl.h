@@ -45,6 +45,10 @@ class MediaControl final : public MediaPlayer {
   void ClearErrorQueue() override;
   void FullScreen(bool boolFullScreen) override;
 
+  /// Plays without a sound from now on, as far as the control can.
+  void Silence();
+  /// Of what plays now; 0 where the control cannot tell.
+  [[nodiscard]] double Duration();
   [[nodiscard]] const std::shared_ptr<ControlWindow>& Window() const { return m_Window; }
 
  private:

@@ -1,5 +1,10 @@
 #pragma once
 
+#include <functional>
+#include <string>
+
+#include "player/devices/ProbedMedia.h"
+
 namespace vex {
 
 class Clock;
@@ -20,6 +25,9 @@ struct MachineComponents {
   /// Whether the suite's lighting components are installed under the names that the settings give them. Null
   /// where there is no question.
   bool (*SuiteIsInstalled)(Registry&);
+  /// Looks into media files, full paths of the system, by the machine's own media player; it waits for the
+  /// answer, which it hears by the loop. The clock and the loop outlive what is made.
+  std::function<ProbedMedia(const std::string&)> (*NewControlProbe)(const Clock&, EventLoop&);
 };
 
 [[nodiscard]] const MachineComponents& ComponentsOfThisMachine();

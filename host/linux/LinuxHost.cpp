@@ -52,6 +52,14 @@ std::string LinuxHost::FolderBelowHome(const char* variable, const char* szBelow
   return m_Files.SystemPath(std::string(home) + szBelowHome + "/vexmonitor") + "\\";
 }
 
+PlaceWords LinuxHost::Places() const {
+  return {
+      "The player is found in VEX_RUNTIME_DIR (default $XDG_RUNTIME_DIR/vexmonitor, else "
+      "/tmp/vexmonitor-UID).",
+      "The settings file is VEX_SETTINGS, else $XDG_CONFIG_HOME/vexmonitor/settings.reg.",
+      "no player is running; start VexMonitor, or set VEX_RUNTIME_DIR to its folder"};
+}
+
 bool LinuxHost::IsTerminal(StandardStream stream) const {
   return isatty(stream == StandardStream::Output ? STDOUT_FILENO : STDERR_FILENO) != 0;
 }

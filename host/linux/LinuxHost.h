@@ -40,6 +40,7 @@ class LinuxHost : public Host {
   /// $XDG_STATE_HOME/vexmonitor, else ~/.local/state/vexmonitor.
   [[nodiscard]] std::string StateFolder() override;
   [[nodiscard]] std::string SettingsFile() const override { return m_Registry.File(); }
+  [[nodiscard]] PlaceWords Places() const override;
   [[nodiscard]] bool IsTerminal(StandardStream stream) const override;
   void OnTerminate(std::function<void()> handler) override { m_EventLoop.OnTerminate(std::move(handler)); }
   bool SharpTimers() override { return m_EventLoop.TrySharpTimers(); }

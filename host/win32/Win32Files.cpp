@@ -135,6 +135,11 @@ std::string Win32Files::SystemPath(const std::string& szHostPath) {
   return szPath;
 }
 
+std::string Win32Files::HostPathBeside(const std::string& szHostFile, const std::string& szHostPath) const {
+  const bool boolWhole = szHostPath.find_first_of("/\\") == 0 || szHostPath.find(':') == 1;
+  return boolWhole ? szHostPath : szHostFile.substr(0, szHostFile.find_last_of("/\\:") + 1) + szHostPath;
+}
+
 std::string Win32Files::ProgramFolder() {
   std::array<char, 4096> file{};
   const DWORD length = GetModuleFileNameA(nullptr, file.data(), static_cast<DWORD>(file.size()));

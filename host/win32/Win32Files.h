@@ -22,6 +22,9 @@ class Win32Files : public Files {
   [[nodiscard]] std::string HostPath(const std::string& szPath) override;
   /// Empty for a path with a character outside the code page.
   [[nodiscard]] std::string SystemPath(const std::string& szHostPath) override;
+  /// Both slashes part names, and a drive letter or a leading slash make a path that is not relative.
+  [[nodiscard]] std::string HostPathBeside(const std::string& szHostFile,
+                                           const std::string& szHostPath) const override;
   [[nodiscard]] std::string ProgramFolder() override;
   [[nodiscard]] std::string ProgramSuffix() const override { return ".exe"; }
 };

@@ -8,6 +8,7 @@
 #include <cstdio>
 
 #include "host/win32/AnsiText.h"
+#include "host/win32/RegistryExport.h"
 #include "host/win32/SystemError.h"
 #include "host/win32/SystemHeaders.h"
 // Behind the others: they want the machine's words.
@@ -62,6 +63,7 @@ std::vector<std::string> Win32Host::Arguments(int /*argc*/, char** /*argv*/) con
   SetConsoleOutputCP(CP_UTF8);
   // Lines end as on every other machine, so that the same question has the same answer to the byte.
   _setmode(_fileno(stdout), _O_BINARY);
+  _setmode(_fileno(stderr), _O_BINARY);
   std::vector<std::string> arguments;
   int count = 0;
   wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
@@ -88,6 +90,18 @@ std::string Win32Host::UserDataFolder() {
   const HRESULT result = SHGetFolderPathA(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, folder.data());
   if (FAILED(result)) throw SystemError("Host.UserDataFolder", "", static_cast<uint32_t>(result));
   return std::string(folder.data()) + "\\VexMonitor\\";
+}
+
+RegistryText Win32Host::ExportSettings(const std::string& szSubkey) {
+  RegistryText text;
+  ExportRegistryKey(szSubkey, text);
+  return text;
+}
+
+PlaceWords Win32Host::Places() const {
+  return {"The player is found by its window, on the desktop of this user.",
+          "The settings lie in the registry, in HKEY_CURRENT_USER\\Software\\Brillara.",
+          "no player is running; start VexMonitor.exe as the same user, on the same desktop"};
 }
 
 bool Win32Host::IsTerminal(StandardStream stream) const {

@@ -40,6 +40,8 @@ class Win32Host : public Host {
   [[nodiscard]] std::string MachineId() override;
   /// VexMonitor in the folder of the user's application data.
   [[nodiscard]] std::string UserDataFolder() override;
+  [[nodiscard]] RegistryText ExportSettings(const std::string& szSubkey) override;
+  [[nodiscard]] PlaceWords Places() const override;
   [[nodiscard]] bool IsTerminal(StandardStream stream) const override;
   /// Runs for an interrupt at the console, a request to close the main form, and at the user's logging off.
   void OnTerminate(std::function<void()> handler) override;

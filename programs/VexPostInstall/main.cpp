@@ -85,20 +85,23 @@ void Install(Host& host) {
   ChooseLights(registry);
 }
 
+int TellUsage(const Host& host, const std::string& szArgument) {
+  const bool boolHelp = szArgument == "--help";
+  (boolHelp ? std::cout : std::cerr)
+      << "usage: VexPostInstall\n"
+         "Notes in the settings where VexMonitor is installed and makes the user data folder.\n"
+      << host.Places().Settings << "\n";
+  return boolHelp ? 0 : 2;
+}
+
 }  // namespace
 }  // namespace vex
 
 int main(int argc, char** argv) {
-  if (argc > 1) {
-    const bool boolHelp = std::string(argv[1]) == "--help";
-    (boolHelp ? std::cout : std::cerr)
-        << "usage: VexPostInstall\n"
-           "Notes in the settings where VexMonitor is installed and makes the user data folder.\n"
-           "The settings file is VEX_SETTINGS, else $XDG_CONFIG_HOME/vexmonitor/settings.reg.\n";
-    return boolHelp ? 0 : 2;
-  }
   try {
     const auto host = vex::NativeHost();
+    const std::vector<std::string> arguments = host->Arguments(argc, argv);
+    if (arguments.size() > 1) return vex::TellUsage(*host, arguments[1]);
     vex::Install(*host);
     return 0;
   } catch (const std::exception& error) {

@@ -4,8 +4,8 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "components/open/media/MediaProbe.h"
 #include "programs/vexctl/AuthoringCommands.h"
+#include "programs/vexctl/MediaLook.h"
 #include "tools/doctor/Doctor.h"
 
 namespace vex {
@@ -28,21 +28,21 @@ void PrintWords(const Finding& finding) {
 /// Each song is looked into once, however many shows name it.
 class Songs {
  public:
-  explicit Songs(Files& files) : m_Probe(files) {}
+  explicit Songs(CommandContext& context) : m_Look(context) {}
   const std::string& Trouble(const std::string& szPath) {
     const auto [found, boolNew] = m_Troubles.try_emplace(szPath);
-    if (boolNew) found->second = m_Probe.Look(szPath).Failure;
+    if (boolNew) found->second = m_Look.Look(szPath).Failure;
     return found->second;
   }
 
  private:
-  MediaProbe m_Probe;
+  MediaLook m_Look;
   std::map<std::string, std::string> m_Troubles;
 };
 
 void RunDoctor(CommandContext& context) {
   Host& host = context.Machine;
-  Songs songs(host.Files());
+  Songs songs(context);
   const auto findings = Examine({host.Clock(), host.EventLoop(), host.Files(), host.Registry(),
                                  host.Datagrams(), host.Facilities(), host.Processes(), host.MessageBoxes(),
                                  host.SettingsFile(), host.PlayerFinder().FindPlayer(),

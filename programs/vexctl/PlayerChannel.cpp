@@ -14,8 +14,7 @@ PlayerChannel::~PlayerChannel() {
 WindowHandle PlayerChannel::Player() const {
   const WindowHandle player = m_Host.PlayerFinder().FindPlayer();
   if (player == 0) {
-    throw CommandFailure(ExitCannot,
-                         "no player is running; start VexMonitor, or set VEX_RUNTIME_DIR to its folder");
+    throw CommandFailure(ExitCannot, m_Host.Places().NoPlayer);
   }
   return player;
 }

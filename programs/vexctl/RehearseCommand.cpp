@@ -8,14 +8,15 @@
 #include <vector>
 
 #include "basic/Error.h"
-#include "components/open/media/MediaProbe.h"
 #include "host/CodePage.h"
 #include "host/Files.h"
 #include "host/RegistryText.h"
 #include "player/StatusReport.h"
+#include "programs/vexctl/MediaLook.h"
 #include "programs/vexctl/ProgressBar.h"
 #include "programs/vexctl/ScheduleCommands.h"
 #include "programs/vexctl/ScheduleFiles.h"
+#include "settings/LibRegistryVex.h"
 #include "tools/rehearsal/Narrator.h"
 #include "tools/rehearsal/Rehearsal.h"
 #include "tools/rehearsal/RehearsalInputs.h"
@@ -48,11 +49,13 @@ std::string ReadRequired(Files& files, const std::string& szFile) {
   return szText;
 }
 
-/// A settings file that is not there leaves every value at its default, as for the player.
+/// The player's settings where none are given; what is not there leaves every value at its default, as for
+/// the player.
 RegistryText ReadSettings(CommandContext& context, const RehearseOptions& options) {
   Files& files = context.Machine.Files();
   std::string szText;
   const std::string szFile = options.Settings.empty() ? context.Machine.SettingsFile() : options.Settings;
+  if (szFile.empty()) return context.Machine.ExportSettings(ProductKeyPath(""));
   if (!options.Settings.empty())
     szText = ReadRequired(files, szFile);
   else
@@ -73,14 +76,44 @@ void TakeDrivesFrom(CommandContext& context, std::shared_ptr<const RegistryText>
 
 std::vector<RehearsalInput> ReadInputs(Files& files, const std::string& szFile, DateTime from) {
   if (szFile.empty()) return {};
-  const size_t slash = szFile.rfind('/');
-  const std::string szFolder = slash == std::string::npos ? std::string() : szFile.substr(0, slash + 1);
+  const auto beside = [&](const std::string& szPath) { return files.HostPathBeside(szFile, szPath); };
   try {
-    return ReadRehearsalInputs(ReadRequired(files, szFile), from, szFolder);
+    return ReadRehearsalInputs(ReadRequired(files, szFile), from, beside);
   } catch (const InputsError& error) {
     throw CommandFailure(ExitCannot, szFile + ", " + error.what());
   }
 }
+
+/// What songs last and are, asked of what would play them. Where that cannot be told the player would do the
+/// same as here, but whoever rehearses should know why.
+class SongLengths {
+ public:
+  SongLengths(CommandContext& context, const RegistryText& settings)
+      : m_Look(context, MediaSetting(settings)) {}
+
+  MediaFacts Of(const std::string& szPath) {
+    const ProbedMedia media = m_Look.Look(szPath);
+    MediaFacts facts{media.MediaType, media.Length, {}};
+    if (!media.Failure.empty()) facts.Errors.push_back(media.Failure);
+    if (media.Blind)
+      TellOnce("", "the lengths of songs cannot be found: " + media.Failure + "; see --assume-media");
+    else if (media.Failure.empty() && !media.Length)
+      TellOnce(szPath, AnsiToUtf8(szPath) + ": its length cannot be found; it plays until it is stopped");
+    return facts;
+  }
+
+ private:
+  static std::string MediaSetting(const RegistryText& settings) {
+    const auto* const value = settings.Find(ProductKeyPath("Components"), "Media");
+    return value != nullptr && value->Kind == RegistryKind::String ? value->Text : std::string();
+  }
+  void TellOnce(const std::string& szAbout, const std::string& szWhat) {
+    if (m_Told.insert(szAbout).second) std::cerr << "vexctl: warning: " << szWhat << "\n";
+  }
+
+  MediaLook m_Look;
+  std::set<std::string> m_Told;
+};
 
 class Printer {
  public:
@@ -135,13 +168,9 @@ int Rehearse(CommandContext& context, const RehearseOptions& options) {
   rehearsal.DetailIsRead = printed("log", "");
   rehearsal.LightingIsRead = printed("io", "send") || printed("io", "flush");
 
-  MediaProbe probe(files);
-  Rehearsal evening(files, *settings, rehearsal, std::move(inputs), [&probe](const std::string& szPath) {
-    const ProbedMedia media = probe.Look(szPath);
-    MediaFacts facts{media.MediaType, media.Length, {}};
-    if (!media.Failure.empty()) facts.Errors.push_back(media.Failure);
-    return facts;
-  });
+  SongLengths lengths(context, *settings);
+  Rehearsal evening(files, *settings, rehearsal, std::move(inputs),
+                    [&lengths](const std::string& szPath) { return lengths.Of(szPath); });
   ProgressBar bar(context.Machine);
   const auto print = [&bar](const std::string& szLine) {
     bar.MakeRoom();
@@ -185,7 +214,7 @@ void AddRehearseCommand(CLI::App& app, CommandContext& context) {
   rehearse->add_option("--from", options->From, "when the player is started, as 2026-12-24 17:00[:05]")
       ->required();
   rehearse->add_option("--until", options->Until, "when the rehearsal ends")->required();
-  rehearse->add_option("--settings", options->Settings, "settings file (default: that of the player)");
+  rehearse->add_option("--settings", options->Settings, "settings file (default: the player's settings)");
   rehearse->add_flag("--noschedule", options->NoSchedule, "shows on demand only");
   rehearse->add_option("--inputs", options->Inputs, "what happens from outside: a JSON object a line");
   rehearse->add_option("--seed", options->Seed, "of the songs drawn by chance (default 1)");

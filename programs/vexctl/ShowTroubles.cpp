@@ -3,8 +3,8 @@
 #include <iostream>
 #include <map>
 
-#include "components/open/media/MediaProbe.h"
 #include "host/CodePage.h"
+#include "programs/vexctl/MediaLook.h"
 #include "programs/vexctl/ScheduleFiles.h"
 #include "tools/timeline/ShowContents.h"
 
@@ -12,22 +12,22 @@ namespace vex {
 
 class ShowTroubles::Songs {
  public:
-  explicit Songs(Files& files) : m_Probe(files) {}
+  explicit Songs(CommandContext& context) : m_Look(context) {}
 
   const std::string& Trouble(const std::string& szPath) {
     const auto [found, boolNew] = m_Troubles.try_emplace(szPath);
-    if (boolNew) found->second = m_Probe.Look(szPath).Failure;
+    if (boolNew) found->second = m_Look.Look(szPath).Failure;
     return found->second;
   }
 
  private:
-  MediaProbe m_Probe;
+  MediaLook m_Look;
   std::map<std::string, std::string> m_Troubles;
 };
 
 ShowTroubles::ShowTroubles(CommandContext& context, SongLook look)
     : m_Context(context),
-      m_Songs(look == SongLook::Plays ? std::make_shared<Songs>(context.Machine.Files()) : nullptr),
+      m_Songs(look == SongLook::Plays ? std::make_shared<Songs>(context) : nullptr),
       m_UserDataPath(UserDataFolder(context)) {}
 
 ShowTroubles::~ShowTroubles() = default;

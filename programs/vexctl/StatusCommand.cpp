@@ -17,8 +17,7 @@ std::string ReadStatus(Host& host) {
   std::string szText;
   const bool boolRunning = host.PlayerFinder().FindPlayer() != 0;
   if (!boolRunning || !host.Files().Read(host.PlayerFinder().StatusFile(), szText)) {
-    throw CommandFailure(ExitCannot,
-                         "no player is running; start VexMonitor, or set VEX_RUNTIME_DIR to its folder");
+    throw CommandFailure(ExitCannot, host.Places().NoPlayer);
   }
   return szText;
 }

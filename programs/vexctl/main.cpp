@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr const char* Description =
+const std::string Description =
     "Plan shows for VexMonitor, the unattended show player, and control a running one.\n\n"
     "Plan:\n"
     "  vexctl show import eve.json eve.shw\n"
@@ -40,10 +40,8 @@ constexpr const char* Description =
     "  vexctl trigger 0 1 3       press an input\n"
     "  vexctl reload              after a schedule file has been changed\n"
     "  vexctl shutdown            end after the show's shutdown sequences\n\n"
-    "vexctl COMMAND --help teaches each of them.\n"
-    "The player is found in VEX_RUNTIME_DIR (default $XDG_RUNTIME_DIR/vexmonitor, else "
-    "/tmp/vexmonitor-UID).\n"
-    "Exit status: 0 done, 1 cannot be done, 2 wrong usage.";
+    "vexctl COMMAND --help teaches each of them.\n";
+constexpr const char* ExitWords = "\nExit status: 0 done, 1 cannot be done, 2 wrong usage.";
 
 /// The overview has a line for each command; the rest of what there is to say stands in its own help.
 class Overview : public CLI::Formatter {
@@ -70,7 +68,7 @@ int Run(int argc, char** argv) {
     return vex::GetProductString(registry, std::string(1, letter), "Drives", "");
   });
   vex::CommandContext context{*host};
-  CLI::App app(Description, "vexctl");
+  CLI::App app(Description + host->Places().Player + ExitWords, "vexctl");
   app.add_flag("--json", context.Json, "answer in JSON; stands before the command");
   app.require_subcommand(1);
   app.formatter(std::make_shared<Overview>());

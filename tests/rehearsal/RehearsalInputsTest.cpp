@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "host/virtual/VirtualFiles.h"
+
 namespace vex {
 namespace {
 
@@ -12,7 +14,9 @@ using testing::HasSubstr;
 const DateTime From = DateTime::FromParts(2026, 12, 24, 18, 0, 0);
 
 std::vector<RehearsalInput> Read(const std::string& szText) {
-  return ReadRehearsalInputs(szText, From, "/evenings/");
+  return ReadRehearsalInputs(szText, From, [](const std::string& szPath) {
+    return VirtualFiles().HostPathBeside("/evenings/inputs.jsonl", szPath);
+  });
 }
 
 template <class T>

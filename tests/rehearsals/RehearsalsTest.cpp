@@ -46,14 +46,16 @@ std::vector<std::string> Played(const EveningFile& evening, const fs::path& fold
   const RegistryText settings(szSettings);
   EXPECT_TRUE(settings.Errors().empty());
   MediaProbe probe(files);
-  Rehearsal rehearsal(files, settings, evening.Options,
-                      ReadRehearsalInputs(evening.Inputs, evening.Options.From, folder.string() + "/"),
-                      [&probe](const std::string& szPath) {
-                        const ProbedMedia media = probe.Look(szPath);
-                        MediaFacts facts{media.MediaType, media.Length, {}};
-                        if (!media.Failure.empty()) facts.Errors.push_back(media.Failure);
-                        return facts;
-                      });
+  Rehearsal rehearsal(
+      files, settings, evening.Options,
+      ReadRehearsalInputs(evening.Inputs, evening.Options.From,
+                          [&](const std::string& szPath) { return (folder / szPath).string(); }),
+      [&probe](const std::string& szPath) {
+        const ProbedMedia media = probe.Look(szPath);
+        MediaFacts facts{media.MediaType, media.Length, {}};
+        if (!media.Failure.empty()) facts.Errors.push_back(media.Failure);
+        return facts;
+      });
   const std::set<std::string, std::less<>> only(evening.Only.begin(), evening.Only.end());
   std::vector<std::string> lines;
   rehearsal.Write(

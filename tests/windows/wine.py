@@ -41,12 +41,14 @@ class Wine:
         """A file of the work folder as the machine names it."""
         return "Z:" + f"{self.work}/{name}".replace("/", "\\")
 
-    def call(self, arguments, timeout=120, output=None):
-        """Runs a command of the machine in its work folder, its standard output going to a file, never to a
-        pipe: services that it starts would keep that open. Returns the exit status, None after a timeout."""
-        with open(output or os.devnull, "wb") as sink:
-            process = subprocess.Popen(self.command(arguments), stdin=subprocess.DEVNULL, stdout=sink,
-                                       stderr=subprocess.STDOUT, env=self.environment, cwd=self.folder)
+    def call(self, arguments, timeout=120, output=None, errors=None, folder=""):
+        """Runs a command of the machine in its work folder or one below it, its standard output and standard error
+        going to files (one, unless the other is named), never to a pipe: services that it starts would keep that
+        open. Returns the exit status, None after a timeout."""
+        with open(output or os.devnull, "wb") as sink, open(errors or os.devnull, "wb") as other:
+            process = subprocess.Popen(self.command(arguments, folder), stdin=subprocess.DEVNULL, stdout=sink,
+                                       stderr=other if errors else subprocess.STDOUT, env=self.environment,
+                                       cwd=self.folder / folder)
             try:
                 return process.wait(timeout)
             except subprocess.TimeoutExpired:
@@ -96,7 +98,7 @@ class Wine64(Wine):
         self.work = str(self.folder)
         self.environment |= {"WINEPREFIX": str(self.prefix), "ALSA_CONFIG_PATH": str(self.folder / "sound.conf")}
 
-    def command(self, arguments):
+    def command(self, arguments, _folder=""):
         return arguments
 
     def ready(self):
@@ -124,8 +126,8 @@ class Wine32(Wine):
         self.environment |= {"PATH": "/usr/bin:/bin", "HOME": "/root", "WINEPREFIX": "/prefix",
                              "WINEDLLPATH": LIBRARIES32, "ALSA_CONFIG_PATH": "/work/sound.conf"}
 
-    def command(self, arguments):
-        return ["/usr/sbin/chroot", str(ROOT32), "/bin/sh", "-c", 'cd /work && exec "$@"', "sh", *arguments]
+    def command(self, arguments, folder=""):
+        return ["/usr/sbin/chroot", str(ROOT32), "/bin/sh", "-c", 'cd "$0" && exec "$@"', f"/work/{folder}", *arguments]
 
     def ready(self):
         return (ROOT32 / "prefix" / "ready").exists()

@@ -14,8 +14,9 @@ using nlohmann::json;
 /// One line of the file, with its members asked for one by one; those that nobody asked for are wrong.
 class InputLine {
  public:
-  InputLine(const std::string& szText, int32_t lLine, DateTime from, std::string szFolder)
-      : m_Line(lLine), m_From(from), m_Folder(std::move(szFolder)) {
+  InputLine(const std::string& szText, int32_t lLine, DateTime from,
+            const std::function<std::string(const std::string&)>& beside)
+      : m_Line(lLine), m_From(from), m_Beside(beside) {
     m_Object = json::parse(szText, nullptr, false);
     if (!m_Object.is_object()) Fail("this is no JSON object");
   }
@@ -120,8 +121,7 @@ class InputLine {
     const json& value = Member(copy, szName);
     if (!value.is_string() || value.get<std::string>().empty())
       Fail(std::string("\"") + szName + "\" is no path");
-    const auto szPath = value.get<std::string>();
-    return szPath.front() == '/' ? szPath : m_Folder + szPath;
+    return m_Beside(value.get<std::string>());
   }
 
   [[nodiscard]] InputCopy Copy(const json& copy) const { return {Path(copy, "from"), Path(copy, "to")}; }
@@ -144,14 +144,14 @@ class InputLine {
 
   int32_t m_Line;
   DateTime m_From;
-  std::string m_Folder;
+  const std::function<std::string(const std::string&)>& m_Beside;
   json m_Object;
 };
 
 }  // namespace
 
-std::vector<RehearsalInput> ReadRehearsalInputs(std::string_view szText, DateTime from,
-                                                const std::string& szFolder) {
+std::vector<RehearsalInput> ReadRehearsalInputs(
+    std::string_view szText, DateTime from, const std::function<std::string(const std::string&)>& beside) {
   std::vector<RehearsalInput> inputs;
   int32_t lLine = 0;
   while (!szText.empty()) {
@@ -160,7 +160,7 @@ std::vector<RehearsalInput> ReadRehearsalInputs(std::string_view szText, DateTim
     szText.remove_prefix(std::min(end + 1, szText.size()));
     ++lLine;
     if (szLine.find_first_not_of(" \t\r") == std::string::npos) continue;
-    inputs.push_back(InputLine(szLine, lLine, from, szFolder).Read());
+    inputs.push_back(InputLine(szLine, lLine, from, beside).Read());
     if (inputs.size() > 1 && inputs[inputs.size() - 2].AtMs > inputs.back().AtMs)
       throw InputsError(lLine, "\"at\" lies before that of the line above; put the inputs in order of time");
   }

@@ -65,9 +65,9 @@ class InputsError : public std::runtime_error {
 };
 
 /// Reads an inputs file, a JSON object a line in order of time; blank lines are passed over. Raises
-/// InputsError for the first line that is wrong. Relative paths of copies are joined to the folder (with its
-/// "/", or empty).
-[[nodiscard]] std::vector<RehearsalInput> ReadRehearsalInputs(std::string_view szText, DateTime from,
-                                                              const std::string& szFolder);
+/// InputsError for the first line that is wrong. Paths of copies go through beside, which makes of a relative
+/// one that which is meant.
+[[nodiscard]] std::vector<RehearsalInput> ReadRehearsalInputs(
+    std::string_view szText, DateTime from, const std::function<std::string(const std::string&)>& beside);
 
 }  // namespace vex

@@ -3,7 +3,7 @@
 namespace vex {
 
 const MachineComponents& ComponentsOfThisMachine() {
-  static constexpr MachineComponents components{"open", "mpv", nullptr, nullptr, nullptr};
+  static constexpr MachineComponents components{"open", "mpv", nullptr, nullptr, nullptr, nullptr};
   return components;
 }
 

@@ -50,10 +50,10 @@ class MediaProbe::Core {
   bool Astray = false;
 
   [[nodiscard]] ProbedMedia Look(const std::string& szHostPath) {
-    if (!Failure.empty()) return {"", std::nullopt, Failure};
+    if (!Failure.empty()) return {"", std::nullopt, Failure, true};
     std::array<const char*, 3> load{"loadfile", szHostPath.c_str(), nullptr};
     m_Library.Command(m_Handle, load.data());
-    ProbedMedia media{"", std::nullopt, "the media library does not answer"};
+    ProbedMedia media{"", std::nullopt, "the media library does not answer", false};
     for (int events = 0; events < MostEvents; ++events) {
       const mpv_event* const event = m_Library.WaitEvent(m_Handle, SecondsPerEvent);
       if (event->event_id == MPV_EVENT_FILE_LOADED) {
@@ -85,7 +85,8 @@ class MediaProbe::Core {
     ProbedMedia media;
     double seconds = 0;
     if (m_Library.GetProperty(m_Handle, "duration", MPV_FORMAT_DOUBLE, &seconds) >= 0)
-      media.Length = std::chrono::duration_cast<Elapsed>(std::chrono::duration<double>(seconds));
+      media.Length =
+          std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::duration<double>(seconds));
     int64_t tracks = 0;
     m_Library.GetProperty(m_Handle, "track-list/count", MPV_FORMAT_INT64, &tracks);
     for (int64_t track = 0; track < tracks; ++track) {

@@ -1,23 +1,13 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 
-#include "host/Clock.h"
+#include "player/devices/ProbedMedia.h"
 
 namespace vex {
 
 class Files;
-
-/// What the media library knows of a file without playing it.
-struct ProbedMedia {
-  /// "audio", "video", or empty for what is neither. A picture of the cover is no video.
-  std::string MediaType;
-  std::optional<Elapsed> Length;
-  /// Not empty: why the file cannot be played.
-  std::string Failure;
-};
 
 /// Looks into media files, one after the other, and waits for the answer: for programs that prepare a show,
 /// not for the one that plays it. The library is loaded with the first file.
