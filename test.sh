@@ -34,7 +34,7 @@ check() {
 run_tests() {
   local preset=$1 reports=$results/$1
   mkdir -p "$reports"
-  GTEST_OUTPUT="xml:$reports/" GTEST_BRIEF=1 ctest --test-dir "build/$preset" --output-on-failure \
+  GTEST_OUTPUT="xml:$reports/" GTEST_BRIEF=1 ctest --test-dir "build/$preset" -j "$(nproc)" --output-on-failure \
     --output-junit "$reports/ctest.junit" || true
   local good bad left_out
   read -r good bad left_out < <(python3 tests/count.py "$reports")

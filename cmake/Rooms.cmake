@@ -16,11 +16,12 @@ function(vex_room NAME)
   endif()
 endfunction()
 
-# The tests of one room: every *.cpp in the folder becomes one program, run by CTest as a whole.
+# The tests of one room: every *.cpp in the folder becomes one program, run by CTest as a whole. Several run at
+# once, but of those that use the real machine (its network, clock or processes) one at a time.
 #
-#   vex_tests(NAME KNOWS room... [USES library...])
+#   vex_tests(NAME KNOWS room... [USES library...] [REAL])
 function(vex_tests NAME)
-  cmake_parse_arguments(ARG "" "" "KNOWS;USES" ${ARGN})
+  cmake_parse_arguments(ARG "REAL" "" "KNOWS;USES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   if(sources)
     add_executable(${NAME}_tests ${sources})
@@ -29,5 +30,8 @@ function(vex_tests NAME)
     set_target_properties(${NAME}_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     add_test(NAME ${NAME} COMMAND ${NAME}_tests)
     set_tests_properties(${NAME} PROPERTIES TIMEOUT 300)
+    if(ARG_REAL)
+      set_tests_properties(${NAME} PROPERTIES RESOURCE_LOCK machine)
+    endif()
   endif()
 endfunction()

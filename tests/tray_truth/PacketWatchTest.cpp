@@ -103,11 +103,11 @@ TEST(UniverseTable, ForgetsWhatIsNotHeard) {
 }
 
 TEST(UniverseTable, CutPacketsChangeNothing) {
-  for (const auto& bytes : {Sacn(1).Bytes(), UniversePacket::ArtNet(1).Bytes()}) {
-    const std::vector<uint8_t> whole(bytes.begin(), bytes.end());
+  for (const UniversePacket& packet : {Sacn(1), UniversePacket::ArtNet(1)}) {
+    const auto whole = packet.Bytes();
     UniverseTable table("");
     for (size_t size = 0; size < whole.size(); ++size)
-      EXPECT_FALSE(table.Take(std::span(whole).first(size), seconds(1)));
+      EXPECT_FALSE(table.Take(whole.first(size), seconds(1)));
     EXPECT_TRUE(table.Universes().empty());
   }
 }
