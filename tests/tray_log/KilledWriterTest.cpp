@@ -23,10 +23,13 @@ namespace {
 const DateTime Eve = DateTime::FromParts(2026, 12, 24, 18, 0, 0);
 
 constexpr size_t MostLines = 1 << 20;
+constexpr int64_t MostAhead = 500;
 
 /// What writer and test both see, whatever happens to the writer.
 struct Progress {
   std::atomic<int64_t> Added{0};
+  std::atomic<int64_t> Allowed{
+      0};  ///< the writer waits here, lest it fills the log while the test gets no turn
   std::array<std::atomic<bool>, MostLines> Saved;  ///< the writer has been told that this line is written
 };
 
@@ -39,6 +42,7 @@ int64_t TimesOf(int64_t number) {
   LinuxFiles files;
   LogWriter writer(files, szPath, {40000, 1000});
   for (int64_t number = progress.Added + 1; number < static_cast<int64_t>(MostLines); ++number) {
+    while (number > progress.Allowed) sched_yield();
     const LogLine line{Eve.PlusSeconds(number), 1, "line " + std::to_string(number), 1,
                        Eve.PlusSeconds(number)};
     for (int64_t time = 0; time < TimesOf(number); ++time) {
@@ -65,10 +69,11 @@ TEST(KilledWriter, LosesNothingThatWasWritten) {
           Progress;
   std::mt19937 random(20261224);
   for (int kill = 0; kill < kills; ++kill) {
+    const int64_t end = progress->Added + static_cast<int64_t>(random() % 300);
+    progress->Allowed = end + MostAhead;
     const pid_t writer = fork();
     ASSERT_GE(writer, 0);
     if (writer == 0) WriteUntilKilled(szPath, *progress);
-    const int64_t end = progress->Added + static_cast<int64_t>(random() % 300);
     while (progress->Added < end) sched_yield();
     for (auto turns = random() % 300; turns > 0; --turns) sched_yield();
     ASSERT_EQ(::kill(writer, SIGKILL), 0);
