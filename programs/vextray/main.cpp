@@ -14,6 +14,7 @@
 #include "programs/vextray/TraySite.h"
 #include "programs/vextray/Watchman.h"
 #include "settings/LibRegistryVex.h"
+#include "tray/web/Addresses.h"
 #include "tray/web/Passwords.h"
 #include "tray/web/Server.h"
 
@@ -106,12 +107,13 @@ std::pair<std::string, int> AddressAndPort(const std::string& szListen) {
   const bool boolNumber =
       !szPort.empty() && szPort.size() <= mostDigits &&
       std::ranges::all_of(szPort, [](char digit) { return digit >= '0' && digit <= '9'; });
-  if (!boolNumber || colon == 0 || std::stoi(szPort) > mostPort)
-    throw CLI::ValidationError("--listen",
-                               "\"" + szListen + "\" is no ADDRESS or ADDRESS:PORT, as 127.0.0.1:8410");
   std::string szAddress = szListen.substr(0, colon);
   if (szAddress.starts_with('[') && szAddress.ends_with(']'))
     szAddress = szAddress.substr(1, szAddress.size() - 2);
+  if (!boolNumber || std::stoi(szPort) > mostPort ||
+      (!vex::IsAddress(szAddress) && !vex::IsLoopback(szAddress)))
+    throw CLI::ValidationError("--listen",
+                               "\"" + szListen + "\" is no ADDRESS or ADDRESS:PORT, as 127.0.0.1:8410");
   return {szAddress, std::stoi(szPort)};
 }
 
@@ -178,7 +180,9 @@ class Tray {
       m_Server.Start(szAddress, port, options.Doors);
       const std::string szNotice = vex::ListenNotice(szAddress);
       if (!szNotice.empty()) std::cerr << "vextray: " << szNotice << "\n";
-      std::cout << "vextray listens at http://" << szAddress << ":" << m_Server.Port() << std::endl;
+      const bool boolAddress6 = szAddress.find(':') != std::string::npos;
+      std::cout << "vextray listens at http://" << (boolAddress6 ? "[" + szAddress + "]" : szAddress) << ":"
+                << m_Server.Port() << std::endl;
     }
     m_WeekTimer->Interval(weekMs);
     m_WeekTimer->Tick([this] { PutWeek(); });
