@@ -44,6 +44,9 @@ class DoctorTest : public testing::Test {
     Set("UserDataPath", "", "D:\\");
     Set("AudioPath", "Shared", "D:\\");
     Set("NonAudioPath", "Shared", "D:\\");
+    // The open components on every machine, whichever would be chosen there.
+    Set("Lights", "Components", "open");
+    Set("Media", "Components", "mpv");
     Player = 7;
   }
   static std::string Key(const std::string& szSubkey) {
