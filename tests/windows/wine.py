@@ -11,6 +11,7 @@ import subprocess
 
 BUILD = pathlib.Path(__file__).resolve().parents[2] / "build"
 ROOT32 = BUILD / "wine" / "root32"
+FOLDER32 = "machine/work"  # in that Debian
 LIBRARIES32 = "/usr/lib/i386-linux-gnu/wine"
 
 
@@ -115,19 +116,19 @@ class Wine32(Wine):
             raise Unavailable(f"there is no 32-bit Wine in {ROOT32} (cmake/install-packages.sh windows)")
         if os.geteuid() != 0:
             raise Unavailable("the 32-bit Wine stands in a root folder of its own, which only root may enter")
-        self.folder = ROOT32 / "work"
-        self.folder.mkdir(exist_ok=True)
-        self.work = "/work"
+        self.folder = ROOT32 / FOLDER32
+        self.folder.mkdir(parents=True, exist_ok=True)
+        self.work = f"/{FOLDER32}"
         # Without it the root folder does not even know this machine's own name for itself.
         hosts = ROOT32 / "etc" / "hosts"
         if not hosts.exists():
             hosts.write_text("127.0.0.1 localhost\n", encoding="ascii")
         # The loader finds its libraries here where the root folder has no /proc to tell.
         self.environment |= {"PATH": "/usr/bin:/bin", "HOME": "/root", "WINEPREFIX": "/prefix",
-                             "WINEDLLPATH": LIBRARIES32, "ALSA_CONFIG_PATH": "/work/sound.conf"}
+                             "WINEDLLPATH": LIBRARIES32, "ALSA_CONFIG_PATH": f"{self.work}/sound.conf"}
 
     def command(self, arguments, folder=""):
-        return ["/usr/sbin/chroot", str(ROOT32), "/bin/sh", "-c", 'cd "$0" && exec "$@"', f"/work/{folder}", *arguments]
+        return ["/usr/sbin/chroot", str(ROOT32), "/bin/sh", "-c", 'cd "$0" && exec "$@"', f"{self.work}/{folder}", *arguments]
 
     def ready(self):
         return (ROOT32 / "prefix" / "ready").exists()
