@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-usage="usage: ./run.sh [--seconds N]
+usage="usage: ./run.sh [--windows] [--seconds N]
 
 Installs what is missing, builds the programs into build/release, and plays a demonstration of about a minute:
 a weekly schedule whose show is in force now, with background, startup, animations, songs, clean-up, delay and
@@ -11,13 +11,18 @@ shutdown. Lights go out as E1.31 packets to 127.0.0.1 and come back as a picture
 at the door, and the lights answer. Without a terminal, status lines and counts are printed, and the door is rung
 once. Ctrl-C ends the show gracefully, a second one at once.
 
+  --windows     plays it with the Windows programs (64 bit) under Wine, in a Wine prefix of its own below
+                build/wine: settings in its registry, songs through its media player control, lights and the
+                picture as above
   --seconds N   the show event ends N seconds from the player's start (default 40, at least 15)
   --help        this text"
 
 seconds=40
+windows=
 while [ $# -gt 0 ]; do
   case $1 in
     --help) echo "$usage"; exit 0 ;;
+    --windows) windows=windows; shift ;;
     --seconds) seconds=${2:-}; shift 2 || { echo "$usage" >&2; exit 2; } ;;
     *) echo "$usage" >&2; exit 2 ;;
   esac
@@ -25,15 +30,29 @@ done
 [[ $seconds =~ ^[0-9]{1,6}$ ]] && [ "$((10#$seconds))" -ge 15 ] ||
   { echo "run.sh: --seconds wants a whole number from 15 on" >&2; exit 2; }
 
-cmake/install-packages.sh build
+# Makes programs of a preset in a folder below build; what the tools say is kept, and shown where they fail.
+build() {
+  local preset=$1 folder=$2
+  shift 2
+  if ! { cmake --preset "$preset" -B "build/$folder" -DVEX_TESTS=OFF -DVEX_BENCH=OFF &&
+         cmake --build "build/$folder" --target "$@"; } >>build/run-build.txt 2>&1
+  then
+    tail -n 40 build/run-build.txt >&2
+    echo "run.sh: the build failed; all of it is in build/run-build.txt" >&2
+    exit 1
+  fi
+}
+
+cmake/install-packages.sh "${windows:-build}"
 command -v ccache >/dev/null && export CMAKE_CXX_COMPILER_LAUNCHER=ccache
 mkdir -p build
+: >build/run-build.txt
 echo "Building; the first time takes some minutes (build/run-build.txt tells more)."
-if ! { cmake --preset release -DVEX_TESTS=OFF -DVEX_BENCH=OFF &&
-       cmake --build --preset release --target VexMonitor vexctl VexPostInstall lightview; } >build/run-build.txt 2>&1
-then
-  tail -n 40 build/run-build.txt >&2
-  echo "run.sh: the build failed; all of it is in build/run-build.txt" >&2
-  exit 1
+if [ "$windows" ]; then
+  build release release lightview
+  build windows-x86_64 windows-demo VexMonitor vexctl VexPostInstall
+  exec python3 -B demo/play_windows.py build/windows-demo/bin build/demo-windows build/release/bin/lightview \
+    --seconds "$((10#$seconds))"
 fi
+build release release VexMonitor vexctl VexPostInstall lightview
 exec python3 -B demo/play.py build/release/bin build/demo --seconds "$((10#$seconds))"

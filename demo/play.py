@@ -33,6 +33,7 @@ BUTTON_KEYS = ("b", "B", " ")
 class Demonstration:
     def __init__(self, programs, folder, seconds):
         self.programs = programs
+        self.viewer = programs / "lightview"
         self.folder = folder
         self.seconds = seconds
         self.lines_file = folder / "status-lines.txt"
@@ -46,18 +47,21 @@ class Demonstration:
 
     def program(self, name, *arguments, **options):
         """Programs run in sessions of their own: an interrupt typed at the terminal is ours to pass on."""
-        return subprocess.Popen([str(self.programs / name), *arguments], env=self.environment,
-                                start_new_session=True, **options)
+        return subprocess.Popen([*self.command(name), *arguments], env=self.environment, start_new_session=True,
+                                **options)
+
+    def command(self, name):
+        return [str(self.programs / name)]
 
     def vexctl(self, *arguments):
-        return subprocess.run([str(self.programs / "vexctl"), *arguments], env=self.environment,
-                              capture_output=True, text=True)
+        return subprocess.run([*self.command("vexctl"), *arguments], env=self.environment, capture_output=True,
+                              text=True, start_new_session=True)
 
     def status(self):
         answer = self.vexctl("--json", "status")
         return json.loads(answer.stdout) if answer.returncode == 0 and answer.stdout else None
 
-    def choose_meeting_place(self):
+    def prepare(self):
         """The usual place, so that `vexctl watch` in a second terminal finds the player; a place of our own
         where another player runs already."""
         if self.vexctl("--json", "status").returncode == 0:
@@ -104,16 +108,16 @@ class Demonstration:
         self.vexctl("shutdown", *(["--now"] if self.interrupts > 1 else []))
 
     def play(self):
-        self.choose_meeting_place()
+        self.prepare()
         self.address = self.free_address()
         if not self.address:
             print("UDP port 5568 is taken on every loopback address: end the program that receives lights there, "
                   "then start again", file=sys.stderr)
             return 1
         hint = " b: ring at the door " if self.keys.work else ""
-        end = make_demo.make(self.folder, self.seconds, self.address, self.free_port(), hint, self.display)
+        end = self.make(hint)
         print(f"The show is in force until {end:%H:%M:%S}. A second terminal can watch or control it:")
-        print(f"  {os.path.relpath(self.programs / 'vexctl')} status    (or watch, shutdown, --help)", flush=True)
+        print(f"  {self.typed('vexctl')} status    (or watch, shutdown, --help)", flush=True)
         with open(self.player_log, "wb") as log:
             player = self.program("VexMonitor", stdin=subprocess.DEVNULL, stdout=log, stderr=log)
         signal.signal(signal.SIGINT, self.interrupted)
@@ -131,6 +135,13 @@ class Demonstration:
             for companion in companions:
                 self.end(companion)
         return self.summary(player.wait(), companions)
+
+    def make(self, hint):
+        return make_demo.make(self.folder, self.seconds, self.address, self.free_port(), hint, self.display)
+
+    def typed(self, name):
+        """The program as somebody types it at another terminal."""
+        return os.path.relpath(self.programs / name)
 
     def wait_for_player(self, player):
         for _ in range(100):
@@ -150,8 +161,8 @@ class Demonstration:
                              stderr=subprocess.DEVNULL)
         tee = subprocess.Popen(["tee", str(self.lines_file)], stdin=watch.stdout, stdout=subprocess.PIPE,
                                start_new_session=True)
-        view = self.program("lightview", "--address", self.address, "--counts", str(self.counts_file),
-                            str(self.folder / "picture.json"), stdin=tee.stdout)
+        view = subprocess.Popen([str(self.viewer), "--address", self.address, "--counts", str(self.counts_file),
+                                 str(self.folder / "picture.json")], stdin=tee.stdout, start_new_session=True)
         watch.stdout.close()
         tee.stdout.close()
         return [watch, tee, view]
@@ -223,16 +234,25 @@ def named_show(serialised):
     return len(serialised) > 1 and serialised[1] != ","
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+def arguments(description):
+    parser = argparse.ArgumentParser(description=description, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("programs", type=pathlib.Path)
     parser.add_argument("folder", type=pathlib.Path)
     parser.add_argument("--seconds", type=int, default=40)
-    given = parser.parse_args()
-    folder = given.folder.resolve()
+    return parser
+
+
+def empty(folder):
+    """The folder, made anew."""
+    folder = folder.resolve()
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir(parents=True)
-    return Demonstration(given.programs.resolve(), folder, given.seconds).play()
+    return folder
+
+
+def main():
+    given = arguments(__doc__).parse_args()
+    return Demonstration(given.programs.resolve(), empty(given.folder), given.seconds).play()
 
 
 if __name__ == "__main__":
