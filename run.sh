@@ -30,12 +30,28 @@ done
 [[ $seconds =~ ^[0-9]{1,6}$ ]] && [ "$((10#$seconds))" -ge 15 ] ||
   { echo "run.sh: --seconds wants a whole number from 15 on" >&2; exit 2; }
 
-# Makes programs of a preset in a folder below build; what the tools say is kept, and shown where they fail.
+# Keeps what the tools say and tells how far they are: on a terminal in one line, elsewhere at each quarter.
+progress() {
+  local what=$1 line quarter=0
+  while IFS= read -r line; do
+    echo "$line" >>build/run-build.txt
+    [[ $line =~ ^\[([0-9]+)/([0-9]+)\] ]] || continue
+    if [ -t 1 ]; then
+      printf '\r  %s: %s of %s steps ' "$what" "${BASH_REMATCH[@]:1:2}"
+    elif [ $((4 * BASH_REMATCH[1] / BASH_REMATCH[2])) -gt $quarter ]; then
+      quarter=$((4 * BASH_REMATCH[1] / BASH_REMATCH[2]))
+      printf '  %s: %s of %s steps\n' "$what" "${BASH_REMATCH[@]:1:2}"
+    fi
+  done
+  [ ! -t 1 ] || printf '\n'
+}
+
+# Makes programs of a preset in a folder below build; where that fails, what the tools said last is shown.
 build() {
-  local preset=$1 folder=$2
-  shift 2
+  local what=$1 preset=$2 folder=$3
+  shift 3
   if ! { cmake --preset "$preset" -B "build/$folder" -DVEX_TESTS=OFF -DVEX_BENCH=OFF &&
-         cmake --build "build/$folder" --target "$@"; } >>build/run-build.txt 2>&1
+         cmake --build "build/$folder" --target "$@"; } 2>&1 | progress "$what"
   then
     tail -n 40 build/run-build.txt >&2
     echo "run.sh: the build failed; all of it is in build/run-build.txt" >&2
@@ -49,10 +65,10 @@ mkdir -p build
 : >build/run-build.txt
 echo "Building; the first time takes some minutes (build/run-build.txt tells more)."
 if [ "$windows" ]; then
-  build release release lightview
-  build windows-x86_64 windows-demo VexMonitor vexctl VexPostInstall
+  build "the viewer of the lights" release release lightview
+  build "the Windows programs" windows-x86_64 windows-demo VexMonitor vexctl VexPostInstall
   exec python3 -B demo/play_windows.py build/windows-demo/bin build/demo-windows build/release/bin/lightview \
     --seconds "$((10#$seconds))"
 fi
-build release release VexMonitor vexctl VexPostInstall lightview
+build "the programs" release release VexMonitor vexctl VexPostInstall lightview
 exec python3 -B demo/play.py build/release/bin build/demo --seconds "$((10#$seconds))"

@@ -24,6 +24,7 @@ import time
 from keys import Keys
 
 import make_demo
+import turns
 
 PATIENCE = 60  # seconds that the show may take to come to its end
 LIGHTING_PORT = 5568
@@ -54,32 +55,37 @@ class Demonstration:
         return [str(self.programs / name)]
 
     def vexctl(self, *arguments):
-        return subprocess.run([*self.command("vexctl"), *arguments], env=self.environment, capture_output=True,
-                              text=True, start_new_session=True)
+        """Its exit status and answer. The answer goes to a file: what a program starts may hold a pipe open."""
+        with tempfile.TemporaryFile() as answer:
+            status = self.program("vexctl", *arguments, stdin=subprocess.DEVNULL, stdout=answer,
+                                  stderr=subprocess.DEVNULL).wait()
+            answer.seek(0)
+            return status, answer.read().decode("utf-8", "replace")
 
     def status(self):
-        answer = self.vexctl("--json", "status")
-        return json.loads(answer.stdout) if answer.returncode == 0 and answer.stdout else None
+        status, answer = self.vexctl("--json", "status")
+        return json.loads(answer) if status == 0 and answer else None
 
     def prepare(self):
         """The usual place, so that `vexctl watch` in a second terminal finds the player; a place of our own
         where another player runs already."""
-        if self.vexctl("--json", "status").returncode == 0:
+        if self.status():
             self.environment["VEX_RUNTIME_DIR"] = tempfile.mkdtemp(prefix="vexmonitor-demo-")
             print("Another player is running; this one meets its companions in VEX_RUNTIME_DIR=" +
                   self.environment["VEX_RUNTIME_DIR"])
 
-    @staticmethod
-    def free_address():
+    def free_address(self):
         """A loopback address at which nobody else receives lights."""
-        for last in range(1, 255):
-            with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as probe:
-                try:
-                    probe.bind((f"127.0.0.{last}", LIGHTING_PORT))
-                    return f"127.0.0.{last}"
-                except OSError:
-                    continue
-        return None
+        return next(filter(self.is_free, (f"127.0.0.{last}" for last in range(1, 255))), None)
+
+    @staticmethod
+    def is_free(address):
+        with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as probe:
+            try:
+                probe.bind((address, LIGHTING_PORT))
+                return True
+            except OSError:
+                return False
 
     @staticmethod
     def free_port():
@@ -108,6 +114,14 @@ class Demonstration:
         self.vexctl("shutdown", *(["--now"] if self.interrupts > 1 else []))
 
     def play(self):
+        """Until the player and the viewer have taken their places no other demonstration may look for its own."""
+        turn = turns.Turn()
+        try:
+            return self.play_within(turn)
+        finally:
+            turn.end()
+
+    def play_within(self, turn):
         self.prepare()
         self.address = self.free_address()
         if not self.address:
@@ -127,6 +141,7 @@ class Demonstration:
             if not self.wait_for_player(player):
                 return 1
             companions = self.start_companions()
+            turn.end()
             with self.keys:
                 self.wait_for_end(player, time.time() + self.seconds)
         finally:
@@ -165,6 +180,10 @@ class Demonstration:
                                  str(self.folder / "picture.json")], stdin=tee.stdout, start_new_session=True)
         watch.stdout.close()
         tee.stdout.close()
+        for _ in range(100):
+            if not self.is_free(self.address) or view.poll() is not None:
+                break
+            time.sleep(0.05)
         return [watch, tee, view]
 
     def wait_for_end(self, player, event_end):
@@ -252,8 +271,19 @@ def empty(folder):
 
 def main():
     given = arguments(__doc__).parse_args()
-    return Demonstration(given.programs.resolve(), empty(given.folder), given.seconds).play()
+    with turns.claim(given.folder):
+        return Demonstration(given.programs.resolve(), empty(given.folder), given.seconds).play()
+
+
+def run(program):
+    """Ends with the status that shells give to an interrupted program, where nothing plays yet."""
+    try:
+        sys.exit(program())
+    except KeyboardInterrupt:
+        sys.exit(128 + signal.SIGINT)
+    except turns.Taken as why:
+        sys.exit(str(why))
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    run(main)

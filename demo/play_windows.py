@@ -14,6 +14,7 @@ import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "tests" / "windows"))
 import play  # noqa: E402
+import turns  # noqa: E402
 import wine  # noqa: E402
 
 SOUND_DEVICES = pathlib.Path("/dev/snd")
@@ -60,24 +61,33 @@ class WindowsDemonstration(play.Demonstration):
         return "Z:" + str(file).replace("/", "\\")
 
 
+def start_machine():
+    machine = wine.Wine64("demonstration")
+    machine.stop()  # left over from a run that was killed
+    print("Starting Wine; its first start prepares a machine and takes a moment.", flush=True)
+    try:
+        return machine.start()
+    except BaseException:
+        machine.stop()
+        raise
+
+
 def main():
     parser = play.arguments(__doc__)
     parser.add_argument("viewer", type=pathlib.Path)
     given = parser.parse_args()
-    try:
-        machine = wine.Wine64("demonstration")
-        machine.stop()  # left over from a run that was killed
-        print("Starting Wine; its first start prepares a machine and takes a moment.", flush=True)
-        machine.start()
-    except wine.Unavailable as why:
-        print(why, file=sys.stderr)
-        return 1
-    try:
-        return WindowsDemonstration(given.programs.resolve(), play.empty(given.folder), given.viewer.resolve(),
-                                    given.seconds, machine).play()
-    finally:
-        machine.stop()
+    with turns.claim(given.folder):
+        try:
+            machine = start_machine()
+        except wine.Unavailable as why:
+            print(why, file=sys.stderr)
+            return 1
+        try:
+            return WindowsDemonstration(given.programs.resolve(), play.empty(given.folder), given.viewer.resolve(),
+                                        given.seconds, machine).play()
+        finally:
+            machine.stop()
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    play.run(main)

@@ -45,11 +45,12 @@ class Wine:
     def call(self, arguments, timeout=120, output=None, errors=None, folder=""):
         """Runs a command of the machine in its work folder or one below it, its standard output and standard error
         going to files (one, unless the other is named), never to a pipe: services that it starts would keep that
-        open. Returns the exit status, None after a timeout."""
+        open, and in a session of its own: an interrupt typed at the terminal would end them. Returns the exit
+        status, None after a timeout."""
         with open(output or os.devnull, "wb") as sink, open(errors or os.devnull, "wb") as other:
             process = subprocess.Popen(self.command(arguments, folder), stdin=subprocess.DEVNULL, stdout=sink,
                                        stderr=other if errors else subprocess.STDOUT, env=self.environment,
-                                       cwd=self.folder / folder)
+                                       cwd=self.folder / folder, start_new_session=True)
             try:
                 return process.wait(timeout)
             except subprocess.TimeoutExpired:
