@@ -35,7 +35,7 @@ progress() {
   local what=$1 line quarter=0
   while IFS= read -r line; do
     echo "$line" >>build/run-build.txt
-    [[ $line =~ ^\[([0-9]+)/([0-9]+)\] ]] || continue
+    [[ $line =~ ^\[([1-9][0-9]*)/([0-9]+)\] ]] || continue
     if [ -t 1 ]; then
       printf '\r  %s: %s of %s steps ' "$what" "${BASH_REMATCH[@]:1:2}"
     elif [ $((4 * BASH_REMATCH[1] / BASH_REMATCH[2])) -gt $quarter ]; then
