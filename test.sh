@@ -3,7 +3,7 @@
 # "N passed, N failed"; the exit status is 0 only when nothing failed.
 #
 #   ./test.sh              everything
-#   ./test.sh STEP ...     some steps: format house native asan tidy fuzz e2e page windows
+#   ./test.sh STEP ...     some steps: format house native asan tidy fuzz e2e page package windows
 set -uo pipefail
 cd "$(dirname "$0")"
 
@@ -146,6 +146,14 @@ step_page() {
   cases "python3 tests/page/real.py" build/dev
 }
 
+step_package() {
+  heading "Debian package"
+  if ! build release; then check "build release" false; return; fi
+  local as_root=""
+  [ "$(id -u)" -eq 0 ] || as_root="sudo "
+  cases "${as_root}tests/package/run.sh" build/release
+}
+
 # All tests of one width; what they say and how many they were goes to files, so that the next width can be built
 # meanwhile.
 try_windows() {
@@ -192,9 +200,9 @@ step_windows() {
 }
 
 steps=("$@")
-[ ${#steps[@]} -gt 0 ] || steps=(format house native asan tidy fuzz e2e page windows)
+[ ${#steps[@]} -gt 0 ] || steps=(format house native asan tidy fuzz e2e page package windows)
 for step in "${steps[@]}"; do
-  declare -F "step_$step" >/dev/null || { echo "no step \"$step\"; there are format house native asan tidy fuzz e2e page windows" >&2; exit 2; }
+  declare -F "step_$step" >/dev/null || { echo "no step \"$step\"; there are format house native asan tidy fuzz e2e page package windows" >&2; exit 2; }
 done
 
 cmake/install-packages.sh test || exit 1

@@ -7,6 +7,11 @@ Facilities& Host::Facilities() {
   return unknown;
 }
 
+ServiceManager& Host::ServiceManager() {
+  static vex::ServiceManager nobody;
+  return nobody;
+}
+
 std::string Host::CommandLine(int argc, char** argv) const {
   std::string szCommandLine;
   for (int i = 1; i < argc; ++i) {

@@ -15,6 +15,7 @@
 #include "host/Processes.h"
 #include "host/Registry.h"
 #include "host/RegistryText.h"
+#include "host/ServiceManager.h"
 #include "host/SingleInstance.h"
 #include "host/Windows.h"
 
@@ -49,6 +50,8 @@ class Host {
   virtual vex::PlayerFinder& PlayerFinder() = 0;
   /// Where the machine cannot be asked about itself, one that knows nothing.
   virtual vex::Facilities& Facilities();
+  /// Where nobody looks after programs, one that does nothing.
+  virtual vex::ServiceManager& ServiceManager();
 
   /// Tells where drive letters lie: lookUp gets a capital letter and answers the machine's folder, as the
   /// settings have it, or empty text when the letter is not set. Machines with drives of their own need none.

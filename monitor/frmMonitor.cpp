@@ -127,6 +127,8 @@ void frmMonitor::LoadForm() {
   ParseCommandLine();
   m_Status.Pid = m_Surroundings.Pid;
   m_Status.Started = m_Clock.Now();
+  if (m_Surroundings.Service != nullptr)
+    m_ServiceReport.emplace(m_Surroundings.Loop, *m_Surroundings.Service);
   if (!m_Surroundings.StatusFilename.empty()) {
     m_StatusFile.emplace(m_Surroundings.FileSystem, m_Surroundings.StatusFilename);
     m_StatusSignal = m_Surroundings.Loop.NewSignal([this] { WriteStatusFile(); });
@@ -203,6 +205,11 @@ void frmMonitor::EnableNetworkLink(bool boolEnabled) {
 void frmMonitor::Unload() {
   if (m_Unloaded) return;
   m_Unloaded = true;
+  if (m_ServiceReport) {
+    PlayerStatus status = CurrentStatus();
+    status.ShuttingDown = true;
+    m_ServiceReport->Update(status);
+  }
   Form_Unload();
   DisableTimers();
   m_MsgQueue.Clear();

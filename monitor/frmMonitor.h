@@ -14,6 +14,7 @@
 #include "monitor/MsgHook.h"
 #include "monitor/PendingStatus.h"
 #include "monitor/Queue.h"
+#include "monitor/ServiceReport.h"
 #include "monitor/ShowsInForce.h"
 #include "monitor/StatusFile.h"
 #include "monitor/VexMessage.h"
@@ -58,6 +59,8 @@ struct MonitorSurroundings {
   /// Heartbeats that would find everything as the one before did are left out. Only where time is virtual,
   /// a file that changes is told of with WakeHeartbeat, and nobody looks for the lines of level 0.
   bool HeartbeatsRest = false;
+  /// Who looks after the player and is told how it is; null for nobody.
+  ServiceManager* Service = nullptr;
 };
 
 /// The hidden main form: it owns everything else. It starts the player, decides once a second which show
@@ -192,6 +195,7 @@ class frmMonitor final : public StatusReport {
   bool m_LinkEnabled = false;
   PlayerStatus m_Status;
   std::optional<StatusFile> m_StatusFile;
+  std::optional<ServiceReport> m_ServiceReport;
   std::unique_ptr<Signal> m_StatusSignal;
   std::unique_ptr<Timer> m_StatusRest;  // enabled while the status file is left alone
   bool m_StatusStale = false;           // something has changed meanwhile

@@ -133,6 +133,7 @@ void frmMonitor::WriteStatusFile() {
   if (!m_StatusFile || m_Unloaded) return;
   m_StatusStale = m_StatusRest->Enabled();
   if (m_StatusStale) return;
+  if (m_ServiceReport) m_ServiceReport->Update(CurrentStatus());
   const Elapsed begin = m_Clock.Elapsed();
   if (!m_StatusFile->Update(CurrentStatus())) return;
   const Elapsed took = m_Clock.Elapsed() - begin;

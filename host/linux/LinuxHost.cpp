@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "basic/Error.h"
+#include "host/linux/service/LinuxServiceManager.h"
 
 namespace vex {
 
@@ -20,7 +21,8 @@ LinuxHost::LinuxHost(RuntimeFolder folder, std::string szSettings)
       m_Registry(std::move(szSettings)),
       m_Processes(m_EventLoop),
       m_PlayerFinder(folder, m_Files),
-      m_Facilities(folder) {
+      m_Facilities(folder),
+      m_ServiceManager(NewLinuxServiceManager()) {
   // A file that may not grow is a write that fails, not the program's end.
   std::signal(SIGXFSZ, SIG_IGN);
 }

@@ -32,6 +32,7 @@ class LinuxHost : public Host {
   vex::MessageBoxes& MessageBoxes() override { return m_MessageBoxes; }
   vex::PlayerFinder& PlayerFinder() override { return m_PlayerFinder; }
   vex::Facilities& Facilities() override { return m_Facilities; }
+  vex::ServiceManager& ServiceManager() override { return *m_ServiceManager; }
 
   void DriveTable(std::function<std::string(char)> lookUp) override { m_Files.Drives(std::move(lookUp)); }
   [[nodiscard]] std::string MachineId() override;
@@ -61,6 +62,7 @@ class LinuxHost : public Host {
   LinuxMessageBoxes m_MessageBoxes;
   LinuxPlayerFinder m_PlayerFinder;
   LinuxFacilities m_Facilities;
+  std::unique_ptr<vex::ServiceManager> m_ServiceManager;
 };
 
 }  // namespace vex

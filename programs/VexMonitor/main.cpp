@@ -68,7 +68,9 @@ int RunPlayer(vex::Host& host, const std::string& szCommandLine) {
                            host.PlayerFinder().StatusFile(),
                            host.Processes().Current(),
                            true,
-                           {}});
+                           {},
+                           false,
+                           &host.ServiceManager()});
   EndWhenAsked(host, monitor);
   return monitor.Run();
 }
