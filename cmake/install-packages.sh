@@ -8,7 +8,7 @@ build=(g++ cmake ninja-build pkg-config nlohmann-json3-dev libcli11-dev zlib1g-d
   libcpp-httplib-dev libsodium-dev)
 test=(libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev rapidjson-dev clang-14 clang-format-14
   clang-tidy-14 libclang-rt-14-dev git tshark liblo-tools xvfb openbox wmctrl x11-utils x11-apps chromium
-  libsystemd-dev dpkg-dev file lintian mmdebstrap man-db systemd)
+  libsystemd-dev dpkg-dev file lintian mmdebstrap man-db systemd systemd-container)
 
 windows=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest wine wine64
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good mmdebstrap arch-test)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Makes the Debian package of a build, looks into it, installs it with its dependencies in a bare Debian 12, plays the
-# demonstration there and removes it again. Needs root. Prints "ok NAME" or "not ok NAME" for each check.
+# demonstration there, tries its services and removes it again. Needs root. Prints "ok NAME" or "not ok NAME" for each check.
 #
 #   tests/package/run.sh BUILD
 #
@@ -90,6 +90,11 @@ units_are_sound() {
   ! grep -E 'vexmonitor.service:' "$work/units"
 }
 
+with_systemd() {
+  inside env DEBIAN_FRONTEND=noninteractive apt-get -qy install --no-install-recommends systemd-sysv \
+    dbus-user-session libpam-systemd
+}
+
 remove_package() {
   inside env DEBIAN_FRONTEND=noninteractive apt-get -qy purge vexmonitor || return 1
   local left
@@ -108,5 +113,7 @@ check "installs there with what it depends on" install_package
 check "plays the demonstration there" demonstrate
 check "completes commands in bash" complete_words
 check "brings a unit that systemd takes" units_are_sound
+check "a systemd joins it" with_systemd
+"$(dirname "$0")/services.sh" "$root" || failed=1
 check "is removed without leavings" remove_package
 exit "$failed"
