@@ -34,6 +34,7 @@ class VirtualHost final : public Host {
   VirtualMessageBoxes& MessageBoxes() override { return m_MessageBoxes; }
   VirtualPlayerFinder& PlayerFinder() override { return m_PlayerFinder; }
   VirtualFacilities& Facilities() override { return m_Facilities; }
+  [[nodiscard]] std::string StateFolder() override { return "Z:\\state\\vexmonitor\\"; }
 
  private:
   VirtualClock m_Clock;

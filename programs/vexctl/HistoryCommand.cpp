@@ -4,6 +4,7 @@
 #include "host/Host.h"
 #include "programs/vexctl/LogCommands.h"
 #include "tray/history/History.h"
+#include "tray/log/LogLine.h"
 
 namespace vex {
 
@@ -11,12 +12,12 @@ namespace {
 
 void Print(const PlayedShow& show) {
   std::cout << FormatDateTime(show.From) << " to "
-            << (show.To ? FormatDateTime(*show.To) : std::string("now                ")) << "  " << show.Show
-            << (show.Broken ? " (broken off)" : "") << "\n";
+            << (show.To ? FormatDateTime(*show.To) : std::string("now                ")) << "  "
+            << Printable(show.Show) << (show.Broken ? " (broken off)" : "") << "\n";
   for (const auto& song : show.Songs)
-    std::cout << "    " << FormatDateTime(song.Time) << "  " << song.File << "\n";
+    std::cout << "    " << FormatDateTime(song.Time) << "  " << Printable(song.File) << "\n";
   for (const auto& error : show.Errors) {
-    std::cout << "    " << FormatDateTime(error.Time) << " !" << error.Text;
+    std::cout << "    " << FormatDateTime(error.Time) << " ! " << Printable(error.Text);
     if (error.Count > 1) std::cout << " (" << error.Count << " times)";
     std::cout << "\n";
   }

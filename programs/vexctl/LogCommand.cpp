@@ -37,7 +37,7 @@ class LogPrinter {
       return;
     }
     std::cout << FormatDateTime(line.Time) << (line.Level >= LogLine::LevelError ? " ! " : "   ")
-              << line.Text;
+              << Printable(line.Text);
     if (line.Count > 1)
       std::cout << " (" << line.Count << " times, last " << FormatDateTime(line.Last) << ")";
     std::cout << "\n";

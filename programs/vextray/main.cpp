@@ -10,10 +10,10 @@
 
 #include "host/CodePage.h"
 #include "host/Host.h"
-#include "programs/vextray/TrayRequests.h"
-#include "programs/vextray/TraySite.h"
-#include "programs/vextray/Watchman.h"
 #include "settings/LibRegistryVex.h"
+#include "tray/watch/TrayRequests.h"
+#include "tray/watch/TraySite.h"
+#include "tray/watch/Watchman.h"
 #include "tray/web/Addresses.h"
 #include "tray/web/Passwords.h"
 #include "tray/web/Server.h"
@@ -145,7 +145,7 @@ class Tray {
                           options.Packets,
                           options.Sound,
                           CommandOf(options.OnTrouble)}),
-        m_Site(std::make_shared<vex::TraySite>(host.EventLoop(),
+        m_Site(std::make_shared<vex::TraySite>(host,
                                                [this](const vex::Action& action) {
                                                  return vex::AskPlayer(m_Watchman.Channel(), m_Host, action);
                                                })),
@@ -156,8 +156,8 @@ class Tray {
       if (m_Server.Listeners() > 0) m_Server.Publish("state", vex::StateToJson(state));
     };
     m_Watchman.LineCame = [this](const vex::LogLine& line) {
-      m_Site->Put(line);
-      if (m_Server.Listeners() > 0) m_Server.Publish("line", vex::LineForPage(line));
+      const uint64_t number = m_Site->Put(line);
+      if (m_Server.Listeners() > 0) m_Server.Publish("line", vex::LineForPage(line, number));
     };
     m_Watchman.HistoryChanged = [this](const vex::HistoryShelf& history) { m_Site->Put(history); };
     m_Watchman.LightsChanged = [this](const vex::HeardUniverse& heard) {

@@ -14,7 +14,7 @@ import subprocess
 import tempfile
 import time
 
-from stage import GRACEFUL, START_UP, WM_COPYDATA, Stage, programs, wait_until
+from stage import GRACEFUL, START_UP, WM_COPYDATA, Stage, cue, programs, wait_until
 
 
 class WithVexTray(Stage):
@@ -193,6 +193,23 @@ class TheTruth(WithVexTray):
         state = self.wait_light("playing")
         self.assertTrue(state["packets"]["watched"])
         self.assertEqual(state["packets"]["universes"][0]["protocol"], "sacn")
+
+    def test_art_net_is_seen_as_the_player_sends_it(self):
+        self.output = {"Protocol": "artnet", "Host": self.address, "FirstUniverse": 3}
+        (self.sequences / "two.vexseq").write_text(cue(3600, (0, 7, 50), unit=2), encoding="utf-8")
+        self.write_show(main=["lights.vexseq"], background=["two.vexseq"])
+        self.write_week((-60, 600, "eve.shw"))
+        self.start_player()
+        self.start_vextray()
+        self.wait_light("playing")
+        self.assertTrue(wait_until(lambda: len(self.look()["packets"]["universes"]) == 2, START_UP), self.look())
+        universes = self.look()["packets"]["universes"]
+        self.assertEqual([(each["universe"], each["protocol"]) for each in universes], [(3, "artnet"), (4, "artnet")])
+        self.assertIn('vexmonitor_universe_packets_total{universe="4",protocol="artnet"}', self.get("/metrics")[1])
+        self.player.send_signal(signal.SIGSTOP)
+        self.assertIn("no packets are seen of universe 3, 4, since ", self.wait_light("trouble", 6)["why"][0])
+        self.player.send_signal(signal.SIGCONT)
+        self.wait_light("playing")
 
     def test_packets_of_a_port_that_a_receiver_has_are_not_taken_from_it(self):
         receiver = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)

@@ -6,12 +6,16 @@
 //   StagePage --hash control|view PASSWORD
 //
 //   in   {"state": ..., "lines": ..., "shows": ..., "history": ..., "week": "<svg.../>", "why": "...",
-//         "answer": {"done": true, "text": "..."}, "publish": [["line", {...}, ""], ...]}
+//         "answer": {"done": true, "text": "..."}, "still": false, "publish": [["line", {...}, ""], ...]}
 //   out  {"port": 40123}            {"do": "play", "show": "eve.shw", "seconds": 0}
+#include <chrono>
+#include <condition_variable>
 #include <iostream>
 #include <mutex>
 #include <nlohmann/json.hpp>
+#include <thread>
 
+#include "basic/DateTime.h"
 #include "basic/Error.h"
 #include "tray/web/Passwords.h"
 #include "tray/web/Server.h"
@@ -25,9 +29,21 @@ class Stage final : public vex::Site {
   void Set(const json& told) {
     const std::lock_guard lock(m_Mutex);
     for (const auto& [szName, value] : told.items()) m_Told[szName] = value;
+    if (told.contains("state")) m_StateSet = std::chrono::steady_clock::now();
   }
 
-  std::string State() override { return Get("state", json{{"light", "off"}, {"why", json::array()}}).dump(); }
+  /// With a clock that goes on, unless the stage is told to stand still.
+  std::string State() override {
+    auto state = Get("state", json{{"light", "off"}, {"why", json::array()}});
+    const bool boolStill = Get("still", false);
+    const std::lock_guard lock(m_Mutex);
+    const auto gone =
+        std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - m_StateSet);
+    if (!boolStill && state.contains("time"))
+      state["time"] =
+          vex::FormatDateTime(vex::ParseDateTime(state["time"].get<std::string>()).PlusSeconds(gone.count()));
+    return state.dump();
+  }
   std::string Metrics() override { return "vextray_up 1\n"; }
   bool Healthy(std::string& szWhy) override {
     szWhy = Get("why", "");
@@ -63,6 +79,35 @@ class Stage final : public vex::Site {
 
   std::mutex m_Mutex;
   json m_Told = json::object();
+  std::chrono::steady_clock::time_point m_StateSet = std::chrono::steady_clock::now();
+};
+
+/// Tells the state twice a second, as the tray does.
+class Teller {
+ public:
+  Teller(Stage& stage, vex::Server& server) : m_Thread([this, &stage, &server] { Tell(stage, server); }) {}
+  ~Teller() {
+    {
+      const std::lock_guard lock(m_Mutex);
+      m_Ends = true;
+    }
+    m_Wake.notify_one();
+    m_Thread.join();
+  }
+  Teller(const Teller&) = delete;
+  Teller& operator=(const Teller&) = delete;
+
+ private:
+  void Tell(Stage& stage, vex::Server& server) {
+    std::unique_lock lock(m_Mutex);
+    while (!m_Wake.wait_for(lock, std::chrono::milliseconds(500), [this] { return m_Ends; }))
+      server.Publish("state", stage.State());
+  }
+
+  std::mutex m_Mutex;
+  std::condition_variable m_Wake;
+  bool m_Ends = false;
+  std::thread m_Thread;
 };
 
 void Publish(vex::Server& server, const json& told) {
@@ -85,10 +130,11 @@ int main(int argc, char** argv) {
     vex::Server server(stage);
     server.Start("127.0.0.1", argc > 1 ? std::stoi(argv[1]) : 0, {argc > 2 ? argv[2] : "", {}});
     std::cout << json{{"port", server.Port()}}.dump() << std::endl;
+    const Teller teller(*stage, server);
     for (std::string szLine; std::getline(std::cin, szLine);) {
       const auto told = json::parse(szLine);
       stage->Set(told);
-      if (told.contains("state")) server.Publish("state", told["state"].dump());
+      if (told.contains("state")) server.Publish("state", stage->State());
       Publish(server, told);
     }
   } catch (const vex::Error& error) {

@@ -26,6 +26,7 @@ export class Stage {
     this.folder = mkdtempSync(join(tmpdir(), "vextray-page-"));
     this.done = [];
     this.port = 0;
+    this.number = 0;  // of the newest line
   }
 
   passwords() {
@@ -51,10 +52,15 @@ export class Stage {
   }
 
   set(told) {
+    if (told.lines) {
+      told = { ...told, lines: told.lines.map((line, i) => ({ number: i + 1, ...line })) };
+      this.number = told.lines.length;
+    }
     this.process.stdin.write(JSON.stringify(told) + "\n");
   }
 
   publish(event, value, key = "") {
+    if (event === "line") value = { number: value.count > 1 ? this.number : ++this.number, ...value };
     this.set({ publish: [[event, value, key]] });
   }
 

@@ -149,6 +149,79 @@ export const tests = {
     { complains: true },  // of the picture's script, which it does not run
   ),
 
+  "names that would reorder, clear or overflow the page do not": played(
+    () => {
+      const wide = "w".repeat(10000);
+      const turned = "\u202egnp.live\u202d\u2067\u2066 \u0007\u001b[2J\u0085\u0000.shw";
+      const state = samples.playing({ why: [turned, wide] });
+      state.now.show = turned;
+      state.next.show = state.player.media = wide;
+      state.player.playing = [{ play: "Musical", file: turned }, { play: "Background", file: wide }];
+      return { state, shows: [turned, wide, "eve.shw"], lines: [
+        { time: "2026-12-24 18:00:01", level: 3, text: turned, count: 7 },
+        { time: "2026-12-24 18:00:02", level: 1, text: `one\n18:00:03 two\r\n18:00:04 three`, count: 1 },
+        { time: "2026-12-24 18:00:05", level: 1, text: wide, count: 2 }],
+        history: [{ show: wide, from: "2026-12-24 18:00:00", to: null, broken: false, songs: [], errors: [] }] };
+    },
+    async ({ page, stage }) => {
+      await shows(page, "light", "Playing");
+      await until("the lines", async () => (await page.locator("#lines li").count()) === 3);
+      const line = page.locator("#errors li").first();
+      const places = await until("their places", () => line.evaluate((one) => {
+        const [time, text, count] = ["time", "bdi", ".count"].map((part) => one.querySelector(part).getBoundingClientRect());
+        return text.width > 0 && [time.right <= text.left, count.left >= text.right || count.top >= text.bottom];
+      }));
+      assert.deepEqual(places, [true, true], "what stands around a turned text stays in its place");
+      assert.match(await line.locator(".count").innerText(), /^7 times$/);
+      await page.locator("#history-box summary").click();
+      await shows(page, "history", "wwww");
+      await fitsIn(page);
+      await accessible(page, "hostile names");
+      await page.selectOption("#show", { index: 0 });
+      await page.click("#play-button");
+      assert.match((await asked(stage, 1))[0].show, /^\u202egnp/);
+    },
+    { options: { viewport: { width: 360, height: 760 } } },
+  ),
+
+  "everything has a name for who does not see it": played(usual, async ({ page, stage }) => {
+    await shows(page, "light", "Playing");
+    stage.publish("lights", samples.lights(1, 4), "sacn 1");
+    for (const [role, name] of [["heading", "Is the show playing?"], ["heading", "Now"], ["heading", "Next"], ["heading", "Lights"],
+      ["list", "What plays"], ["combobox", "Show on demand"], ["combobox", "for"], ["button", "Play"],
+      ["button", "Clear the show on demand"], ["button", "Reload the schedules"], ["button", /^Turn the link o/],
+      ["button", /^Stop the player/], ["checkbox", "only errors"], ["list", "Errors"], ["list", "Last"],
+      ["region", /^The week as a picture/], ["img", /^The week as a picture/], ["img", /^Universe 1, sACN: /]]) {
+      await page.getByRole(role, { name, exact: typeof name === "string" }).first().waitFor({ timeout: 5000 });
+    }
+    assert.match(await page.getByRole("status").filter({ hasText: "Playing" }).innerText(), /Playing/, "a new light is read out");
+    assert.match(await page.locator("#errors li").first().innerText(), /Error:/, "not by colour alone");
+  }),
+
+  "who hears nothing new says so": played(usual, async ({ page, stage }) => {
+    await shows(page, "light", "Playing");
+    stage.set({ still: true });
+    await shows(page, "light", "Unknown");
+    await shows(page, "light-since", "last heard at 18:00:");
+    await shows(page, "line-state", "what you see is old");
+    assert.match(await page.title(), /^Unknown/);
+    await accessible(page, "no news");
+    stage.set({ still: false });
+    await shows(page, "light", "Playing");
+    await shows(page, "line-state", "live");
+  }),
+
+  "lines that came while there was no connection are there afterwards": played(usual, async ({ page, stage }) => {
+    await shows(page, "lines", "Starting carol.vexseq");
+    await stage.stop();
+    await shows(page, "light", "Unknown");
+    await stage.start();
+    stage.set({ state: samples.playing(), lines: [...samples.lines, { time: "2026-12-24 18:00:06", level: 3, text: "ERROR IN BETWEEN", count: 1 }] });
+    await shows(page, "lines", "ERROR IN BETWEEN");
+    await shows(page, "errors", "ERROR IN BETWEEN");
+    assert.equal(await page.locator("#lines li").count(), samples.lines.length + 1);
+  }, { complains: true }),
+
   "lights are drawn from what was seen": played(usual, async ({ page, stage }) => {
     await shows(page, "light", "Playing");
     stage.publish("lights", samples.lights(2, 20, "artnet"), "artnet 2");
@@ -265,7 +338,7 @@ export const tests = {
   "says when it is no longer live, and goes on by itself": played(usual, async ({ page, stage }) => {
     await shows(page, "line-state", "live");
     await stage.stop();
-    await shows(page, "line-state", "no connection");
+    await shows(page, "line-state", "no news");
     await stage.start();
     stage.set({ state: samples.trouble() });
     await shows(page, "line-state", "live");

@@ -53,6 +53,20 @@ TEST_F(History, TellsAnEvening) {
             "bells.vexseq\",\"count\":1}]}");
 }
 
+TEST_F(History, ShowThatPlaysForAYearIsNotKeptWholeInMemory) {
+  Line("Starting show: eve.shw", 0);
+  for (int song = 0; song < 20'000; ++song) {
+    Line("Starting Musical: carol.vexseq", song * 180);
+    Line("Cannot read show file: " + std::to_string(song), song * 180 + 1);
+    if (song % 1000 == 0) (void)m_Writer->Flush();
+  }
+  const PlayedShow& show = m_Writer->Shelf().Shows().back();
+  EXPECT_LE(show.Songs.size(), 2000u);
+  EXPECT_GE(show.Songs.size(), 1000u);
+  EXPECT_LE(show.Errors.size(), 2000u);
+  EXPECT_EQ(show.Songs.back().Time, Eve.PlusSeconds(19'999 * 180));
+}
+
 TEST_F(History, ShowThatPlaysHasNoEnd) {
   Line("Starting show: eve.shw", 0);
   const auto shows = Shows();

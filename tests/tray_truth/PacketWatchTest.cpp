@@ -71,6 +71,17 @@ TEST(UniverseTable, LongNameIsKnownByItsBeginning) {
   EXPECT_TRUE(table.Take(Sacn(1, szName).Bytes(), seconds(1)));
 }
 
+TEST(UniverseTable, SoManyUniversesAreKeptAndNoMore) {
+  UniverseTable table("");
+  for (uint16_t universe = 0; universe < 0x7000; ++universe)
+    (void)table.Take(UniversePacket::ArtNet(universe).Bytes(), seconds(1));
+  EXPECT_EQ(table.Universes().size(), 512u);
+  UniversePacket packet = UniversePacket::ArtNet(0);
+  packet.Slots()[0] = 9;
+  EXPECT_TRUE(table.Take(packet.Bytes(), seconds(2)));
+  EXPECT_EQ(table.Universes().begin()->second.Slots[0], 9) << "the ones that are there go on";
+}
+
 TEST(UniverseTable, EndedStreamIsNoted) {
   UniverseTable table("VexMonitor");
   UniversePacket packet = Sacn(1);

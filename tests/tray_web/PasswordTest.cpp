@@ -123,6 +123,43 @@ TEST_F(Passworded, GuessingIsSlowed) {
       << "behind a proxy each guest counts for himself";
 }
 
+TEST_F(Passworded, AGuestCannotSayWhoHeIs) {
+  const auto guess = [this](int i) {
+    return TryPassword("guess", {{"X-Forwarded-For", "192.0.2." + std::to_string(i)},
+                                 {"X-Forwarded-For", "198.51.100.1"}})
+        ->status;
+  };
+  for (int i = 0; i < 5; i++) EXPECT_EQ(guess(i), 401);
+  EXPECT_EQ(guess(6), 429) << "the header that the proxy added is the last one";
+}
+
+TEST_F(Passworded, WithoutAProxyNobodyIsForwarded) {
+  TheServer.Start("127.0.0.1", 0, {File.Path, {}});
+  for (int i = 0; i < 5; i++)
+    (void)TryPassword("guess", {{"X-Forwarded-For", "192.0.2." + std::to_string(i)}});
+  EXPECT_EQ(TryPassword("guess", {{"X-Forwarded-For", "192.0.2.9"}})->status, 429);
+}
+
+/// A session that somebody else put into the browser does not become the owner's by logging in.
+TEST_F(Passworded, ALoginIsANewSessionAndEndsTheFormer) {
+  const auto szFormer = LogIn("looking only");
+  const auto szPut = "vextray=" + std::string(64, 'a');
+  const auto result = Post("/api/login", R"({"password":"correct horse"})", AsPage(szFormer));
+  ASSERT_EQ(result->status, 200);
+  const auto szCookie = result->get_header_value("Set-Cookie");
+  EXPECT_EQ(szCookie.find(szFormer), std::string::npos);
+  EXPECT_EQ(Get("/api/state", {{"Cookie", szFormer}})->status, 401);
+  const auto planted = Post("/api/login", R"({"password":"correct horse"})", AsPage(szPut));
+  EXPECT_EQ(planted->get_header_value("Set-Cookie").find(szPut), std::string::npos);
+  EXPECT_EQ(Get("/api/state", {{"Cookie", szPut}})->status, 401);
+}
+
+TEST_F(Passworded, TheCookieNamesNoOtherMachine) {
+  const auto szCookie = TryPassword("correct horse")->get_header_value("Set-Cookie");
+  EXPECT_EQ(szCookie.find("Domain"), std::string::npos) << szCookie;
+  EXPECT_NE(szCookie.find("; Path=/"), std::string::npos) << szCookie;
+}
+
 TEST_F(Passworded, WhoIsInStaysInWhileOthersGuess) {
   const auto szCookie = LogIn("correct horse");
   for (int i = 0; i < 6; i++) (void)TryPassword("guess");
@@ -164,6 +201,32 @@ TEST(PasswordFile, IsPrivateOrRefused) {
   }
   EXPECT_THROW(Passwords{"/nowhere/at/all"}, Error);
   EXPECT_THROW(Passwords{testing::TempDir()}, Error);
+}
+
+TEST(PasswordFile, IsJudgedByWhatIsOpenedNotByItsName) {
+  namespace fs = std::filesystem;
+  const PrivateFile file(BothPasswords());
+  const auto szLink = file.Path + ".link";
+  fs::remove(szLink);
+  fs::create_symlink(file.Path, szLink);
+  EXPECT_NO_THROW(Passwords{szLink});
+  fs::permissions(file.Path, fs::perms::group_read, fs::perm_options::add);
+  EXPECT_THROW(Passwords{szLink}, Error) << "the link's own mode tells nothing";
+  fs::remove(szLink);
+  ASSERT_EQ(::mkfifo(szLink.c_str(), 0600), 0);
+  EXPECT_THROW(Passwords{szLink}, Error) << "and a pipe holds nobody up";
+  fs::remove(szLink);
+}
+
+TEST(PasswordFile, OfAnotherUserIsRefused) {
+  const PrivateFile file(BothPasswords());
+  if (::chown(file.Path.c_str(), 12345, 12345) != 0) GTEST_SKIP() << "only root gives files away";
+  EXPECT_THROW(Passwords{file.Path}, Error);
+}
+
+TEST(PasswordFile, WithoutAnEndIsRefused) {
+  const PrivateFile file(std::string(1 << 20, '#'));
+  EXPECT_THROW(Passwords{file.Path}, Error);
 }
 
 TEST(PasswordFile, WhatItHoldsIsToldByLine) {

@@ -50,22 +50,26 @@ class Visit : public testing::Test {
 
   /// What comes back for these bytes, up to the end of the connection.
   [[nodiscard]] std::string Raw(const std::string& szBytes) const {
+    const int socket = Connect();
+    std::string szAnswer;
+    ::send(socket, szBytes.data(), szBytes.size(), MSG_NOSIGNAL);
+    ::shutdown(socket, SHUT_WR);
+    char some[4096];
+    for (ssize_t count = 0; (count = ::recv(socket, some, sizeof(some), 0)) > 0;) {
+      szAnswer.append(some, static_cast<size_t>(count));
+    }
+    ::close(socket);
+    return szAnswer;
+  }
+
+  [[nodiscard]] int Connect() const {
     const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(static_cast<uint16_t>(TheServer.Port()));
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    std::string szAnswer;
-    if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0) {
-      ::send(socket, szBytes.data(), szBytes.size(), MSG_NOSIGNAL);
-      ::shutdown(socket, SHUT_WR);
-      char some[4096];
-      for (ssize_t count = 0; (count = ::recv(socket, some, sizeof(some), 0)) > 0;) {
-        szAnswer.append(some, static_cast<size_t>(count));
-      }
-    }
-    ::close(socket);
-    return szAnswer;
+    EXPECT_EQ(::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+    return socket;
   }
 
   [[nodiscard]] int StatusOf(const std::string& szBytes) const {

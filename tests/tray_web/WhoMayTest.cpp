@@ -1,6 +1,7 @@
 #include <thread>
 
 #include "tests/tray_web/Visit.h"
+#include "tray/web/Addresses.h"
 #include "tray/web/Guards.h"
 
 namespace vex {
@@ -74,6 +75,48 @@ TEST_F(WhoMay, NothingIsChangedByLooking) {
   EXPECT_EQ(Post("/api/state", Clear, AsPage())->status, 405);
   EXPECT_EQ(Post("/elsewhere", Clear, AsPage())->status, 404);
   EXPECT_TRUE(TheSite->Done().empty());
+}
+
+/// Another site cannot read what it has a browser fetch here, but each fetch would hold a place of the
+/// page's.
+TEST_F(WhoMay, NothingIsFetchedForAPageOfAnotherSite) {
+  for (const char* szPath :
+       {"/api/events", "/api/state", "/api/week", "/api/session", "/metrics", "/healthz"}) {
+    EXPECT_EQ(Get(szPath, {{"Sec-Fetch-Site", "cross-site"}})->status, 403) << szPath;
+    EXPECT_EQ(Get(szPath, {{"Sec-Fetch-Site", "same-site"}})->status, 403) << szPath;
+  }
+  for (const char* szSite : {"same-origin", "none"})
+    EXPECT_EQ(Get("/api/state", {{"Sec-Fetch-Site", szSite}})->status, 200) << szSite;
+  EXPECT_EQ(Get("/", {{"Sec-Fetch-Site", "cross-site"}})->status, 200)
+      << "a link to the page is none of that";
+}
+
+TEST_F(WhoMay, ManyWhoSayNothingDoNotKeepOthersOut) {
+  std::vector<int> slow;
+  for (int i = 0; i < 200; i++) {
+    slow.push_back(Connect());
+    ::send(slow.back(), "GET / HT", 8, MSG_NOSIGNAL);
+  }
+  httplib::Client client("127.0.0.1", TheServer.Port());
+  client.set_read_timeout(std::chrono::seconds{3});  // less than a slow one is left alone when nobody waits
+  const auto result = client.Get("/healthz");
+  ASSERT_TRUE(result) << httplib::to_string(result.error());
+  EXPECT_EQ(result->status, 200);
+  for (const int socket : slow) ::close(socket);
+}
+
+TEST_F(WhoMay, HeadIsAnsweredLikeGetWithoutABody) {
+  for (const char* szPath : {"/", "/api/state", "/metrics"}) {
+    const auto szAnswer = Raw("HEAD " + std::string(szPath) + " HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n");
+    EXPECT_EQ(szAnswer.find("HTTP/1.1 200"), 0U) << szPath;
+    EXPECT_TRUE(szAnswer.ends_with("\r\n\r\n")) << szPath;
+  }
+}
+
+TEST_F(WhoMay, HeadersOfAnswersTakeNothingFromTheRequest) {
+  const auto szAnswer = Raw("GET /x%0d%0aSet-Cookie:%20vextray=1 HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n");
+  EXPECT_EQ(szAnswer.find("HTTP/1.1 404"), 0U);
+  EXPECT_EQ(szAnswer.find("Set-Cookie"), std::string::npos);
 }
 
 TEST_F(WhoMay, HeadsAreBounded) {
@@ -160,6 +203,27 @@ TEST(WhoMayListen, OthersThanThisMachineNeedPasswords) {
   Server server(std::make_shared<FakeSite>());
   EXPECT_THROW(server.Start("show.example.org", 0, {}), Error) << "a name is no address";
   EXPECT_THROW(server.Start("", 0, {}), Error);
+}
+
+/// A proxy on this machine hands on what the whole world asks.
+TEST(WhoMayListen, AProxysNameNeedsPasswordsOnThisMachineToo) {
+  Server server(std::make_shared<FakeSite>());
+  try {
+    server.Start("127.0.0.1", 0, {"", {"show.example.org"}});
+    FAIL() << "everybody may change";
+  } catch (const Error& error) {
+    EXPECT_NE(error.Description.find("show.example.org"), std::string::npos) << error.Description;
+    EXPECT_NE(error.Description.find("--password-file"), std::string::npos) << error.Description;
+  }
+}
+
+TEST(WhoMayListen, AddressesInTheClothesOfVersion6AreWhatTheyAre) {
+  EXPECT_TRUE(IsLoopback("::ffff:127.0.0.1"));
+  for (const char* szAddress : {"::ffff:0.0.0.0", "::ffff:192.168.1.20", "::ffff:127.0.0.1.evil.example",
+                                "::ffff:", "::127.0.0.1", "127.1", "0x7f000001", "2130706433", "127.0.0.1 "})
+    EXPECT_FALSE(IsLoopback(szAddress)) << szAddress;
+  Server server(std::make_shared<FakeSite>());
+  EXPECT_THROW(server.Start("::ffff:0.0.0.0", 0, {}), Error);
 }
 
 }  // namespace

@@ -15,6 +15,13 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::array<const char*, 5> Words = {"begin", "song", "error", "end", "broken"};
 
+/// A thousand; twice as many are let come before any goes, so that not each one moves all others.
+template <class Entry>
+void KeepNewest(std::vector<Entry>& entries) {
+  constexpr size_t most = 1000;
+  if (entries.size() > 2 * most) entries.erase(entries.begin(), entries.end() - most);
+}
+
 std::string Dump(const Json& json) {
   return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
@@ -50,6 +57,10 @@ const PlayedShow* HistoryShelf::Playing() const {
 void HistoryShelf::Keep(size_t most) {
   if (m_Shows.size() > most)
     m_Shows.erase(m_Shows.begin(), m_Shows.end() - static_cast<std::ptrdiff_t>(most));
+  for (PlayedShow& show : m_Shows) {
+    KeepNewest(show.Songs);
+    KeepNewest(show.Errors);
+  }
 }
 
 void HistoryShelf::End(DateTime dtTime, bool boolBroken) {

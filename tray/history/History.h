@@ -56,7 +56,8 @@ class HistoryShelf {
   [[nodiscard]] const std::vector<PlayedShow>& Shows() const { return m_Shows; }
   /// The show that plays; null for none.
   [[nodiscard]] const PlayedShow* Playing() const;
-  /// Keeps the newest so many shows.
+  /// Keeps the newest so many shows, and of each the newest thousand songs and errors at least: one that
+  /// plays for a year is not kept whole.
   void Keep(size_t most);
 
  private:

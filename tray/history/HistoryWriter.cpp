@@ -50,6 +50,7 @@ void HistoryWriter::PlayerGone(DateTime dtTime) {
 
 void HistoryWriter::Happened(HistoryEvent::What what, DateTime dtTime, const std::string& szText) {
   const HistoryEvent event{what, dtTime, szText};
+  ++m_Changes;
   m_Shelf.Add(event);
   m_Shelf.Keep(ShowsKept);
   const std::string szJson = HistoryEventToJson(event);

@@ -25,6 +25,8 @@ class HistoryWriter {
   /// False when something could not be written yet.
   bool Save();
   bool Flush() { return Save() && m_File.Flush(); }
+  /// Grows with everything that happened to a show.
+  [[nodiscard]] uint64_t Changes() const { return m_Changes; }
   /// The newest shows.
   [[nodiscard]] const HistoryShelf& Shelf() const { return m_Shelf; }
 
@@ -33,6 +35,7 @@ class HistoryWriter {
 
   RotatedFile m_File;
   HistoryShelf m_Shelf;
+  uint64_t m_Changes = 0;
   std::string m_Waiting;  // lines that could not be written yet
 };
 

@@ -40,6 +40,27 @@ std::string LogRepeatToJson(const LogRepeat& repeat) {
   return Dump(Json{{"count", repeat.Count}, {"last", FormatDateTime(repeat.Last)}});
 }
 
+// In UTF-8 the control characters from U+0080 to U+009F are 0xC2 and their own value.
+std::string Printable(std::string_view szUtf8) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  constexpr auto delete_ = 0x7FU;
+  std::string szText;
+  for (size_t i = 0; i < szUtf8.size(); ++i) {
+    auto byte = static_cast<unsigned char>(szUtf8[i]);
+    const auto next = i + 1 < szUtf8.size() ? static_cast<unsigned char>(szUtf8[i + 1]) : 0U;
+    const bool boolUpper = byte == 0xC2U && next >= 0x80U && next < 0xA0U;
+    if (!boolUpper && byte >= ' ' && byte != delete_) {
+      szText += szUtf8[i];
+      continue;
+    }
+    if (boolUpper) byte = static_cast<unsigned char>(szUtf8[++i]);
+    szText += "\\x";
+    szText += digits[byte >> 4U];
+    szText += digits[byte & 0xFU];
+  }
+  return szText;
+}
+
 LogRecord LogRecordFromJson(std::string_view szJson) {
   LogRecord record;
   try {

@@ -37,6 +37,10 @@ struct LogRepeat {
 /// {"count":3,"last":"2026-12-24 18:00:07"} without a line end; never shorter than one with a smaller count.
 [[nodiscard]] std::string LogRepeatToJson(const LogRepeat& repeat);
 
+/// The text for a terminal: control characters as "\x1b", so that no name moves the cursor, clears the
+/// screen or begins a line of its own.
+[[nodiscard]] std::string Printable(std::string_view szUtf8);
+
 /// One record of a log file, whichever it is; neither for a record that is damaged.
 struct LogRecord {
   std::optional<LogLine> Line;

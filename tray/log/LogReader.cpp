@@ -51,22 +51,51 @@ bool ReadRotatedLines(Files& files, const std::string& szPath,
   return !opened.empty();
 }
 
-bool LogReader::Read(const std::function<void(const LogLine&)>& handler) {
-  std::optional<LogLine> newest;
+void LogReader::Take(std::string_view szLine, const Handler& handler) {
+  LogRecord record = LogRecordFromJson(szLine);
+  if (record.Line) {
+    if (m_Newest) handler(*m_Newest);
+    m_Newest = std::move(record.Line);
+  } else if (record.Repeat && m_Newest) {
+    m_Newest->Count = record.Repeat->Count;
+    m_Newest->Last = record.Repeat->Last;
+  } else {
+    ++m_Damaged;
+  }
+}
+
+void LogReader::TakeLast(const Handler& handler) {
+  if (m_Newest) handler(*m_Newest);
+  m_Newest.reset();
+}
+
+bool LogReader::Read(const Handler& handler) {
   m_Damaged = 0;
-  const bool boolAny = ReadRotatedLines(m_Files, m_Path, [&](std::string_view szLine) {
-    LogRecord record = LogRecordFromJson(szLine);
-    if (record.Line) {
-      if (newest) handler(*newest);
-      newest = std::move(record.Line);
-    } else if (record.Repeat && newest) {
-      newest->Count = record.Repeat->Count;
-      newest->Last = record.Repeat->Last;
-    } else {
-      ++m_Damaged;
-    }
-  });
-  if (newest) handler(*newest);
+  const bool boolAny =
+      ReadRotatedLines(m_Files, m_Path, [&](std::string_view szLine) { Take(szLine, handler); });
+  TakeLast(handler);
+  return boolAny;
+}
+
+// The newest file may have just begun, so the one before it counts too.
+bool LogReader::ReadEnd(uint64_t bytes, const Handler& handler) {
+  m_Damaged = 0;
+  std::string szEnd;
+  bool boolAny = false;
+  for (int32_t lNumber = 0; lNumber < 2 && szEnd.size() < bytes; ++lNumber) {
+    const auto file = m_Files.Open(RotatedFile::PathOf(m_Path, lNumber));
+    if (!file) break;
+    const uint64_t left = bytes - szEnd.size();
+    const uint64_t from = file->Size() > left ? file->Size() - left : 0;
+    std::string szText;
+    if (!ReadFrom(*file, from, szText)) break;
+    if (from > 0) szText.erase(0, std::min(szText.find('\n'), szText.size() - 1) + 1);
+    szEnd.insert(0, szText);
+    boolAny = true;
+    if (from > 0) break;
+  }
+  SplitLines(szEnd, [&](std::string_view szLine) { Take(szLine, handler); });
+  TakeLast(handler);
   return boolAny;
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,11 +24,18 @@ class LogReader {
 
   /// False when there is no log.
   bool Read(const std::function<void(const LogLine&)>& handler);
+  /// The same for the lines in the last so many bytes, however long the log is.
+  bool ReadEnd(uint64_t bytes, const std::function<void(const LogLine&)>& handler);
   [[nodiscard]] int64_t Damaged() const { return m_Damaged; }
 
  private:
+  using Handler = std::function<void(const LogLine&)>;
+  void Take(std::string_view szLine, const Handler& handler);
+  void TakeLast(const Handler& handler);
+
   Files& m_Files;
   std::string m_Path;
+  std::optional<LogLine> m_Newest;  // whose counts may still come
   int64_t m_Damaged = 0;
 };
 

@@ -8,6 +8,8 @@ namespace vex {
 
 namespace {
 
+/// More than any player sends; whoever fills the network with others cannot fill our memory.
+constexpr size_t MostUniverses = 512;
 constexpr int64_t NanosecondsPerSecond = 1'000'000'000;
 
 // Where things stand in E1.31 packets (ANSI E1.31-2018, chapters 4 to 8).
@@ -131,8 +133,9 @@ bool UniverseTable::TakeArtNet(std::span<const uint8_t> packet, Elapsed now) {
 
 void UniverseTable::Heard(LightProtocol protocol, uint16_t universe, std::span<const uint8_t> slots,
                           Elapsed now, bool boolEnded) {
-  const auto [entry, boolFirst] =
-      m_Universes.try_emplace(static_cast<uint32_t>(protocol) << 16U | universe, HeardUniverse());
+  const uint32_t key = static_cast<uint32_t>(protocol) << 16U | universe;
+  if (m_Universes.size() >= MostUniverses && !m_Universes.contains(key)) return;
+  const auto [entry, boolFirst] = m_Universes.try_emplace(key, HeardUniverse());
   HeardUniverse& heard = entry->second;
   heard.Protocol = protocol;
   heard.Universe = universe;

@@ -37,8 +37,10 @@ bool IsAddress(std::string_view szText) {
 }
 
 bool IsLoopback(std::string_view szAddress) {
-  const auto szLower = Lower(szAddress);
+  constexpr std::string_view szMapped = "::ffff:";
+  auto szLower = Lower(szAddress);
   if (szLower == "localhost" || szLower == "::1") return true;
+  if (szLower.rfind(szMapped, 0) == 0) szLower.erase(0, szMapped.size());
   return IsVersion4(szLower) && szLower.rfind("127.", 0) == 0;
 }
 

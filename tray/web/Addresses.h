@@ -9,7 +9,7 @@ namespace vex {
 /// Names and addresses as they stand in requests and on the command line. An address is four decimal numbers,
 /// or something with a colon in it; no name that somebody could register looks like either.
 
-/// "127.0.0.1", "::1", "localhost" and their like: reached from this machine alone.
+/// "127.0.0.1", "::1", "::ffff:127.0.0.1", "localhost" and their like: reached from this machine alone.
 [[nodiscard]] bool IsLoopback(std::string_view szAddress);
 [[nodiscard]] bool IsAddress(std::string_view szText);
 

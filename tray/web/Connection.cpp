@@ -8,6 +8,7 @@ namespace vex {
 namespace {
 
 constexpr std::chrono::milliseconds RequestTime{5000};
+constexpr std::chrono::milliseconds HurriedRequestTime{250};
 constexpr std::chrono::milliseconds SendTime{5000};
 constexpr std::chrono::milliseconds FinishTime{500};
 constexpr size_t FinishBytes = size_t{256} * 1024;
@@ -62,8 +63,8 @@ ssize_t Connection::read(char* bytes, size_t size) {
   return count;
 }
 
-SocketConnection::SocketConnection(socket_t socket)
-    : m_Socket(socket), m_Deadline(std::chrono::steady_clock::now() + RequestTime) {
+SocketConnection::SocketConnection(socket_t socket, std::function<bool()> othersWait)
+    : m_Socket(socket), m_OthersWait(std::move(othersWait)), m_Began(std::chrono::steady_clock::now()) {
   const timeval sending{SendTime.count() / 1000, SendTime.count() % 1000 * 1000};
   ::setsockopt(m_Socket, SOL_SOCKET, SO_SNDTIMEO, &sending, sizeof(sending));
   // Events are small and must not wait for each other.
@@ -78,11 +79,15 @@ void SocketConnection::WaitAtMost(std::chrono::milliseconds time) const {
 }
 
 ssize_t SocketConnection::Receive(char* bytes, size_t size) {
-  const auto left =
-      std::chrono::duration_cast<std::chrono::milliseconds>(m_Deadline - std::chrono::steady_clock::now());
-  if (left.count() <= 0) return Broken;
-  WaitAtMost(left);
-  return ::recv(m_Socket, bytes, size, 0);
+  for (;;) {
+    const auto gone =
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - m_Began);
+    const auto most = m_OthersWait() ? HurriedRequestTime : RequestTime;
+    if (gone >= most) return Broken;
+    WaitAtMost(std::min(most - gone, HurriedRequestTime));
+    const auto count = ::recv(m_Socket, bytes, size, 0);
+    if (count >= 0 || (errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR)) return count;
+  }
 }
 
 ssize_t SocketConnection::write(const char* bytes, size_t size) {

@@ -3,6 +3,7 @@
 #include <httplib.h>
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 #include "tray/web/RequestHead.h"
@@ -31,10 +32,12 @@ class Connection : public httplib::Stream {
 };
 
 /// The same over a socket. Receiving ends when the request as a whole has taken too long, however steadily
-/// its bytes drip in; sending when the other side takes nothing for a while.
+/// its bytes drip in; sending when the other side takes nothing for a while. Where others wait for their
+/// turn, too long is soon: a request comes in one piece from whoever means it.
 class SocketConnection final : public Connection {
  public:
-  explicit SocketConnection(socket_t socket);
+  /// othersWait is asked a few times a second while nothing comes.
+  SocketConnection(socket_t socket, std::function<bool()> othersWait);
 
   [[nodiscard]] bool is_readable() const override { return true; }
   [[nodiscard]] bool is_writable() const override;
@@ -53,7 +56,8 @@ class SocketConnection final : public Connection {
   void WaitAtMost(std::chrono::milliseconds time) const;
 
   socket_t m_Socket;
-  std::chrono::steady_clock::time_point m_Deadline;
+  std::function<bool()> m_OthersWait;
+  std::chrono::steady_clock::time_point m_Began;
 };
 
 }  // namespace vex

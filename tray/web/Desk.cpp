@@ -92,11 +92,13 @@ bool Desk::Receive(const Request& request, Response& response) {
     Deny(response, Misdirected, "This server has no page of that name; ask for it by its address.");
     return true;
   }
+  if (request.method != "POST" && GiveFile(request.path, response)) return true;
   const Visitor visitor = m_Doorman->Look(request);
   if (request.method == "POST") return ReceiveChange(request, response, visitor);
-  if (GiveFile(request.path, response)) return true;
   const auto place = Places().find(request.path);
-  if (place != Places().end()) {
+  if (place != Places().end() && Doorman::FromElsewhere(request)) {
+    Deny(response, Forbidden, "This is for the page of this server alone.");
+  } else if (place != Places().end()) {
     Give(place->second, request, response, visitor);
   } else {
     Deny(response, NotFound, "There is no such page.");

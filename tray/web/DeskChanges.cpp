@@ -59,6 +59,7 @@ void Desk::LogIn(const Request& request, Response& response) {
     return Deny(response, TooMany, "Too many attempts; try again in " + szSeconds + " seconds.");
   }
   if (attempt.May == Role::None) return Deny(response, WrongPassword, "This is not the password.");
+  (void)m_Doorman->LetOut(request, m_Doorman->Look(request));
   response.set_header("Set-Cookie", m_Doorman->LetIn(request, attempt.May));
   response.set_content(R"({"done":true})", "application/json");
 }

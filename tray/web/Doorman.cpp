@@ -84,6 +84,11 @@ Role Doorman::OfProgram(const httplib::Request& request) {
   return Try(request, szPassword).May == Role::None ? Role::None : Role::View;
 }
 
+bool Doorman::FromElsewhere(const httplib::Request& request) {
+  const auto szSite = request.get_header_value("Sec-Fetch-Site");
+  return !szSite.empty() && szSite != "same-origin" && szSite != "none";
+}
+
 std::string Doorman::Forged(const httplib::Request& request, const Visitor& visitor) const {
   if (!OriginIsHost(request.get_header_value("Origin"), request.get_header_value("Host")) ||
       request.get_header_value_count("Origin") != 1) {
@@ -103,7 +108,11 @@ std::string Doorman::Forged(const httplib::Request& request, const Visitor& visi
 
 std::string Doorman::AddressOf(const httplib::Request& request) const {
   if (m_Guards.Names.empty() || !IsLoopback(request.remote_addr)) return request.remote_addr;
-  const auto szChain = request.get_header_value("X-Forwarded-For");
+  // The proxy adds its guest at the end, be it of the list or as a header of its own; what stands before that
+  // is the guest's own word.
+  const auto headers = request.get_header_value_count("X-Forwarded-For");
+  const auto szChain =
+      headers == 0 ? std::string() : request.get_header_value("X-Forwarded-For", headers - 1);
   const auto szLast = szChain.substr(szChain.find_last_of(", ") + 1);
   return IsAddress(szLast) ? szLast : request.remote_addr;
 }

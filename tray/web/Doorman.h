@@ -33,6 +33,9 @@ class Doorman {
   [[nodiscard]] bool HostFits(const httplib::Request& request) const;
   /// Who it is, by cookie, or by password where a program asks ("Authorization: Basic", to look only).
   [[nodiscard]] Visitor Look(const httplib::Request& request);
+  /// Whether a page of another site has a browser fetch this: it could not read the answer, but hold the
+  /// places of those who may.
+  [[nodiscard]] static bool FromElsewhere(const httplib::Request& request);
   /// Why a request that changes something is no request of our page; empty where it is one.
   [[nodiscard]] std::string Forged(const httplib::Request& request, const Visitor& visitor) const;
   [[nodiscard]] bool HasPasswords() const { return m_Passwords.Any(); }

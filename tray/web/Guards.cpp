@@ -15,6 +15,12 @@ void RequireGuards(const std::string& szAddress, const Guards& guards) {
                 "Can't listen on " + szAddress +
                     " without passwords: whoever reaches it could stop the show; give --password-file FILE");
   }
+  if (!guards.Names.empty() && guards.szPasswordFile.empty()) {
+    throw Error(1, "Server.Start",
+                "Can't be \"" + guards.Names.front() +
+                    "\" without passwords: whoever reaches the proxy of that name could stop the show; give "
+                    "--password-file FILE");
+  }
 }
 
 std::string ListenNotice(const std::string& szAddress) {

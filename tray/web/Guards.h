@@ -6,7 +6,7 @@
 namespace vex {
 
 /// Who may come in, as the command line has it. Without a password file only an address of this machine
-/// itself is listened on, and everybody there may see and change everything.
+/// itself is listened on, no proxy is known, and everybody there may see and change everything.
 struct Guards {
   /// Hashes of the two passwords (tray/web/Passwords.h); empty for none. Who knows the first may change, who
   /// knows the second may look.

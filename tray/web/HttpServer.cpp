@@ -21,7 +21,8 @@ thread_local bool t_Full = false;
 /// Threads that take connections in the order of their coming.
 class BoundedPool final : public httplib::TaskQueue {
  public:
-  explicit BoundedPool(size_t threads) {
+  /// Keeps in waitingCount how many wait; it outlives this.
+  BoundedPool(size_t threads, std::atomic<size_t>& waitingCount) : m_WaitingCount(waitingCount) {
     for (size_t i = 0; i < threads; i++) m_Threads.emplace_back([this] { Work(); });
   }
 
@@ -30,6 +31,7 @@ class BoundedPool final : public httplib::TaskQueue {
       const std::lock_guard lock(m_Mutex);
       if (m_Waiting.size() < MostWaiting) {
         m_Waiting.push_back(std::move(task));
+        m_WaitingCount = m_Waiting.size();
         m_Wake.notify_one();
         return;
       }
@@ -58,6 +60,7 @@ class BoundedPool final : public httplib::TaskQueue {
         if (m_Waiting.empty()) return;
         task = std::move(m_Waiting.front());
         m_Waiting.pop_front();
+        m_WaitingCount = m_Waiting.size();
       }
       task();
     }
@@ -66,6 +69,7 @@ class BoundedPool final : public httplib::TaskQueue {
   std::mutex m_Mutex;
   std::condition_variable m_Wake;
   std::deque<std::function<void()>> m_Waiting;
+  std::atomic<size_t>& m_WaitingCount;
   std::vector<std::thread> m_Threads;
   bool m_Ending = false;
 };
@@ -83,7 +87,7 @@ void Refuse(Connection& connection, int status) {
 HttpServer::HttpServer(size_t threads) {
   // The library makes its queue when it has begun to listen for the end.
   new_task_queue = [this, threads] {
-    auto* pool = new BoundedPool(threads);
+    auto* pool = new BoundedPool(threads, m_Waiting);
     const std::lock_guard lock(m_Mutex);
     m_Running = true;
     m_Began.notify_all();
@@ -154,7 +158,7 @@ bool HttpServer::process_and_close_socket(socket_t socket) {
     ::close(socket);
     return false;
   }
-  SocketConnection connection(socket);
+  SocketConnection connection(socket, [this] { return m_Waiting > 0; });
   Serve(connection);
   connection.Finish();
   Drop(socket);

@@ -2,6 +2,7 @@
 
 #include <httplib.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -13,7 +14,8 @@
 namespace vex {
 
 /// The library's server with bounds: so many threads and no more, so many connections waiting for one, one
-/// request for each connection, and an end that comes at once, however many connections stand open.
+/// request for each connection, and an end that comes at once, however many connections stand open. While
+/// connections wait for a thread, those that have one are given little time to say what they want.
 class HttpServer final : public httplib::Server {
  public:
   explicit HttpServer(size_t threads);
@@ -34,6 +36,7 @@ class HttpServer final : public httplib::Server {
   bool Keep(socket_t socket);
   void Drop(socket_t socket);
 
+  std::atomic<size_t> m_Waiting{0};  // connections without a thread
   std::mutex m_Mutex;
   std::set<socket_t> m_Open;
   bool m_Closed = false;

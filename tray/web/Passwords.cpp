@@ -1,10 +1,12 @@
 #include "tray/web/Passwords.h"
 
+#include <httplib.h>
 #include <sodium.h>
 
 #include <array>
-#include <filesystem>
-#include <fstream>
+#include <cerrno>
+#include <cstring>
+#include <sstream>
 
 #include "basic/Error.h"
 
@@ -17,20 +19,60 @@ void PrepareLibrary() {
   if (sodium_init() < 0) throw Error(1, Source, "The cryptographic library does not start");
 }
 
-/// Mode 0600 and no other: a file that others read is no secret, one in a group's hands is none either.
-void RequirePrivate(const std::string& szFile) {
-  namespace fs = std::filesystem;
-  std::error_code code;
-  const auto status = fs::status(szFile, code);
-  if (code || status.type() == fs::file_type::not_found) {
-    throw Error(53, Source, "The password file " + szFile + " is not there; --help tells how to make it");
+/// A descriptor that is closed with its owner.
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : m_Number(number) {}
+  ~Descriptor() {
+    if (m_Number >= 0) ::close(m_Number);
   }
-  if (status.type() != fs::file_type::regular)
-    throw Error(1, Source, "The password file " + szFile + " is no file");
-  if (status.permissions() != (fs::perms::owner_read | fs::perms::owner_write)) {
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  [[nodiscard]] int Number() const { return m_Number; }
+
+ private:
+  int m_Number;
+};
+
+/// Ours, of mode 0600 and no other: a file that others read is no secret, one in a group's hands is none
+/// either, and one of another user's holds his passwords.
+void RequirePrivate(const struct stat& status, const std::string& szFile) {
+  constexpr unsigned allModes = 07777;
+  constexpr unsigned ownersOnly = 0600;
+  if (!S_ISREG(status.st_mode)) throw Error(1, Source, "The password file " + szFile + " is no file");
+  if (status.st_uid != ::geteuid()) {
+    throw Error(
+        1, Source,
+        "The password file " + szFile + " belongs to another user; make one of your own, --help tells how");
+  }
+  if ((status.st_mode & allModes) != ownersOnly) {
     throw Error(1, Source,
                 "The password file " + szFile + " may be touched by others; run: chmod 600 '" + szFile + "'");
   }
+}
+
+/// What is judged is what was opened, so that nothing can be put in its place in between; nor does a pipe of
+/// that name hold us up.
+std::string ReadPrivate(const std::string& szFile) {
+  constexpr size_t mostBytes = 65536;
+  const Descriptor file(::open(szFile.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (file.Number() < 0) {
+    throw Error(53, Source,
+                "The password file " + szFile + " cannot be read (" + std::strerror(errno) +
+                    "); --help tells how to make it");
+  }
+  struct stat status {};
+  if (::fstat(file.Number(), &status) != 0)
+    throw Error(53, Source, "The password file " + szFile + " cannot be read");
+  RequirePrivate(status, szFile);
+  std::string szText(mostBytes, '\0');
+  size_t size = 0;
+  ssize_t count = 0;
+  while (size < mostBytes && (count = ::read(file.Number(), szText.data() + size, mostBytes - size)) > 0)
+    size += static_cast<size_t>(count);
+  if (count != 0) throw Error(53, Source, "The password file " + szFile + " cannot be read, or is none");
+  szText.resize(size);
+  return szText;
 }
 
 bool Fits(const std::string& szHash, const std::string& szPassword) {
@@ -42,9 +84,7 @@ bool Fits(const std::string& szHash, const std::string& szPassword) {
 
 Passwords::Passwords(const std::string& szFile) {
   PrepareLibrary();
-  RequirePrivate(szFile);
-  std::ifstream file(szFile);
-  if (!file) throw Error(53, Source, "The password file " + szFile + " cannot be read");
+  std::istringstream file(ReadPrivate(szFile));
   std::string szLine;
   for (size_t number = 1; std::getline(file, szLine); number++) {
     if (!szLine.empty() && szLine.back() == '\r') szLine.pop_back();

@@ -16,8 +16,8 @@ class Passwords {
  public:
   /// None at all: whoever reaches the page may change.
   Passwords() = default;
-  /// Raises Error where the file cannot be read, may be read by others (its mode is not 0600), or holds no
-  /// password.
+  /// Raises Error where the file cannot be read, is another user's, may be read by others (its mode is not
+  /// 0600), or holds no password.
   explicit Passwords(const std::string& szFile);
 
   [[nodiscard]] bool Any() const { return !m_Control.empty() || !m_View.empty(); }

@@ -13,6 +13,7 @@ let token = "";
 let state = null;
 let events = null;
 let playerTime = null; // what the clock at the player said, in ms, and when we heard it
+let live = false; // whether what is on the page is still so
 let lines = []; // newest last
 
 // ---- asking the server
@@ -106,12 +107,22 @@ function duration(milliseconds) {
   return hours > 0 ? `${hours} h ${two(minutes)} min` : `${minutes} min ${two(all % 60)} s`;
 }
 
+/** The state comes twice a second: without one for a while nobody knows, whatever the connection says. */
+const NewsLasts = 5000;
+const ReconnectAfter = 20000;
+
 function tick() {
+  const silence = playerTime === null ? 0 : performance.now() - playerTime.heard;
+  if (live && silence > NewsLasts) connected(false);
+  if (events && silence > ReconnectAfter) {
+    playerTime.heard = performance.now() - NewsLasts;
+    again();
+  }
   const now = nowAtPlayer();
   if (now === null) return;
-  setText(at("clock"), clockText(now));
+  if (live) setText(at("clock"), clockText(now));
   const until = state && state.now ? moment(state.now.to) : null;
-  setText(at("now-left"), until === null || until < now ? "" : `${duration(until - now)} left`);
+  setText(at("now-left"), !live || until === null || until < now ? "" : `${duration(until - now)} left`);
   showStaleLights();
 }
 
@@ -152,11 +163,12 @@ function soundText(sound) {
 
 function showLight() {
   const light = LightWords[state.light] ? state.light : "off";
-  at("light-card").className = `card light ${light}`;
-  setText(at("light-word"), LightWords[light]);
-  setText(at("light-since"), state.since ? `since ${when(state.since)}` : "");
+  const since = state.since ? `since ${when(state.since)}` : "";
+  at("light-card").className = `card light ${live ? light : "old"}`;
+  setText(at("light-word"), live ? LightWords[light] : "Unknown");
+  setText(at("light-since"), live ? since : `last heard at ${when(state.time)}: ${LightWords[light]} ${since}`);
   setList(at("why"), state.why || []);
-  document.title = `${LightWords[light]} – Show`;
+  document.title = `${live ? LightWords[light] : "Unknown"} – Show`;
   const player = state.player || {};
   const packets = state.packets || {};
   const sound = state.sound || {};
@@ -187,9 +199,12 @@ function showShows() {
 }
 
 function showState(next) {
+  // The same moment again is no news: whoever says it stands still.
+  const news = state === null || next.time !== state.time;
   state = next;
   const said = moment(state.time);
-  if (said !== null) playerTime = { said, heard: performance.now() };
+  if (news && said !== null) playerTime = { said, heard: performance.now() };
+  if (news) connected(true);
   showLight();
   showShows();
   tick();
@@ -202,7 +217,7 @@ function lineElement(line) {
   const element = make("li", undefined, kind);
   element.append(make("time", String(line.time || "").slice(11) || line.time));
   if (kind === "error") element.append(make("span", "Error: ", "unseen"));
-  element.append(document.createTextNode(line.text));
+  element.append(make("bdi", line.text));
   if (line.count > 1) element.append(make("span", `${line.count} times`, "count"));
   return element;
 }
@@ -225,10 +240,14 @@ function reachable(list) {
   else list.removeAttribute("tabindex");
 }
 
+/** A line has a number; it comes again with the same one when its count has grown. */
 function addLine(line) {
-  const last = lines[lines.length - 1];
-  if (last && last.text === line.text && last.level === line.level && line.count > last.count) lines.pop();
-  lines.push(line);
+  const place = lines.findLastIndex((one) => one.number <= line.number);
+  if (place >= 0 && lines[place].number === line.number) {
+    if (line.count > lines[place].count) lines[place] = line;
+  } else {
+    lines.splice(place + 1, 0, line);
+  }
   lines = lines.slice(-MostLines);
   if (!linesAreDue) {
     linesAreDue = true;
@@ -240,8 +259,12 @@ function addLine(line) {
 }
 let linesAreDue = false;
 
+let linesCome = []; // as events, over this connection: those that came while all are on their way are not in them
+
 async function loadLines() {
   lines = await ask(`/api/lines?most=${MostLines}`);
+  const newest = lines.length > 0 ? lines[lines.length - 1].number : 0;
+  linesCome.filter((line) => line.number >= newest).forEach(addLine);
   showLines();
 }
 
@@ -441,26 +464,38 @@ async function logIn(event) {
 // ---- staying live
 
 function connected(good) {
+  live = good;
   at("line-state").className = good ? "link-state" : "link-state lost";
-  setText(at("line-state"), good ? "live" : "no connection to the server; what you see is old");
+  setText(at("line-state"), good ? "live" : "no news from the server; what you see is old");
+  if (!good && state) {
+    showLight();
+    setText(at("now-left"), "");
+  }
 }
 
 function refresh() {
-  for (const load of [loadLines, loadShows, loadWeek]) load().catch(() => {});
+  for (const load of [loadShows, loadWeek]) load().catch(() => {});
 }
 
 function follow() {
   if (events) events.close();
   events = new EventSource("/api/events");
-  events.addEventListener("open", () => connected(true));
+  // What was written while there was no connection came to nobody.
+  events.addEventListener("open", () => {
+    linesCome = [];
+    loadLines().catch(() => {});
+  });
   events.addEventListener("state", (event) => showState(JSON.parse(event.data)));
-  events.addEventListener("line", (event) => addLine(JSON.parse(event.data)));
+  events.addEventListener("line", (event) => {
+    const line = JSON.parse(event.data);
+    linesCome = [...linesCome.slice(-MostLines), line];
+    addLine(line);
+  });
   events.addEventListener("lights", (event) => showLights(JSON.parse(event.data)));
   events.addEventListener("lost", () => loadLines().catch(() => {}));
   events.addEventListener("error", () => {
     connected(false);
-    if (events.readyState !== EventSource.CLOSED) return; // it tries again by itself
-    setTimeout(again, 5000);
+    if (events.readyState === EventSource.CLOSED) tryLater(); // else it tries again by itself
   });
 }
 
@@ -469,12 +504,18 @@ async function again() {
   try {
     if (await meet()) begin();
   } catch {
-    setTimeout(again, 5000);
+    tryLater();
   }
 }
 
+let later = 0;
+function tryLater() {
+  clearTimeout(later);
+  later = setTimeout(again, 5000);
+}
+
 function begin() {
-  ask("/api/state").then(showState).catch(() => {});
+  loadLines().catch(() => {});
   refresh();
   follow();
 }
@@ -483,4 +524,4 @@ listen();
 setInterval(tick, 1000);
 // The week moves on; the shows on disk may have changed.
 setInterval(() => role !== "none" && refresh(), 10 * 60 * 1000);
-meet().then((in_) => in_ && begin()).catch(() => setTimeout(again, 2000));
+meet().then((in_) => in_ && begin()).catch(tryLater);

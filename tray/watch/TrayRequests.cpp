@@ -1,4 +1,4 @@
-#include "programs/vextray/TrayRequests.h"
+#include "tray/watch/TrayRequests.h"
 
 #include <set>
 

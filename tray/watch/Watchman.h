@@ -8,13 +8,13 @@
 #include <string>
 
 #include "host/Host.h"
-#include "programs/vextray/TrayState.h"
 #include "tray/channel/TrayWindow.h"
 #include "tray/history/HistoryWriter.h"
 #include "tray/log/LogWriter.h"
 #include "tray/truth/PacketWatch.h"
 #include "tray/truth/SoundCard.h"
 #include "tray/truth/StateLight.h"
+#include "tray/watch/TrayState.h"
 
 namespace vex {
 
@@ -36,7 +36,8 @@ class Watchman {
   Watchman(Host& host, WatchmanOptions options);
 
   std::function<void(const TrayState&)> StateLooked;  ///< twice a second, and when the colour changes
-  std::function<void(const LogLine&)> LineCame;       ///< a new line, or the last one with its new count
+  /// A new line, or the last one with its new count; first the last ones of those who kept the log before.
+  std::function<void(const LogLine&)> LineCame;
   std::function<void(const HistoryShelf&)> HistoryChanged;  ///< at most twice a second
   std::function<void(const HeardUniverse&)> LightsChanged;  ///< at most ten times a second for each universe
   std::function<void()> PlayerCame;
@@ -81,13 +82,14 @@ class Watchman {
   std::unique_ptr<Timer> m_Timer;
   uint64_t m_Turns = 0;
   bool m_Complained = false;
-  bool m_HistoryTold = false;
+  uint64_t m_HistoryTold = 0;
 
   std::string m_StatusText;
   PlayerWord m_Player;
   std::map<std::string, PlayingSequence> m_Playing;
   bool m_EverRan = false;
-  bool m_Farewell = false;
+  std::optional<Elapsed> m_Farewell;  // when the player took leave
+  bool m_GoneWell = false;
   std::optional<Elapsed> m_LastError;
   std::string m_ErrorText;
   std::deque<std::string> m_ErrorsHeard;  // the newest, to know which failures had a line

@@ -9,26 +9,30 @@
 #include <vector>
 
 #include "host/Host.h"
-#include "programs/vextray/TrayState.h"
 #include "tray/history/History.h"
 #include "tray/log/LogLine.h"
+#include "tray/watch/TrayState.h"
 #include "tray/web/Site.h"
 
 namespace vex {
 
-/// A line as pages take it: "count" always stands there.
-[[nodiscard]] std::string LineForPage(const LogLine& line);
+/// A line as pages take it: "count" always stands there, and "number" by which a page knows the line again
+/// when it comes once more with a greater count.
+[[nodiscard]] std::string LineForPage(const LogLine& line, uint64_t number);
 
 /// What the web server's threads are told: the newest of everything, put here by the loop, which alone knows.
 /// What they ask of the player goes to the loop and is waited for.
+///
+/// A state that is older than a few seconds is no truth any more: the loop stands still, and health says so.
 class TraySite : public Site {
  public:
-  /// The handler runs on the loop and does what is asked. The loop outlives this.
-  TraySite(EventLoop& loop, std::function<Outcome(const Action&)> handler);
+  /// The handler runs on the loop and does what is asked. The host outlives this.
+  TraySite(Host& host, std::function<Outcome(const Action&)> handler);
 
   // On the loop.
   void Put(const TrayState& state);
-  void Put(const LogLine& line);
+  /// A new line, or the newest one with a greater count; its number.
+  uint64_t Put(const LogLine& line);
   void Put(const HistoryShelf& history);
   void PutWeek(std::string szPicture, std::vector<std::string> shows);
   /// Nothing is waited for from now on.
@@ -45,17 +49,29 @@ class TraySite : public Site {
   Outcome Do(const Action& action) override;
 
  private:
+  struct NumberedLine {
+    LogLine Line;
+    uint64_t Number;
+  };
+  /// A show of the history and its JSON, which is made anew only where the show has changed.
+  struct Evening {
+    std::string Key;
+    std::string Json;
+  };
   struct Asked {
     Action What;
     std::promise<Outcome> Answer;
   };
   void Serve();
 
+  const class Clock& m_Clock;
   std::function<Outcome(const Action&)> m_Handler;
   std::mutex m_Mutex;
   TrayState m_State;
-  std::deque<LogLine> m_Lines;
-  std::string m_History = "[]";
+  Elapsed m_StateAt{0};
+  std::deque<NumberedLine> m_Lines;
+  uint64_t m_LastNumber = 0;
+  std::vector<Evening> m_Evenings;
   std::string m_Week;
   std::vector<std::string> m_Shows;
   std::vector<std::shared_ptr<Asked>> m_Asked;

@@ -1,4 +1,4 @@
-#include "programs/vextray/TrayState.h"
+#include "tray/watch/TrayState.h"
 
 #include <algorithm>
 #include <cmath>

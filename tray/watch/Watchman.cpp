@@ -1,4 +1,4 @@
-#include "programs/vextray/Watchman.h"
+#include "tray/watch/Watchman.h"
 
 #include <algorithm>
 #include <chrono>
@@ -8,6 +8,7 @@
 #include "basic/Error.h"
 #include "host/CodePage.h"
 #include "settings/LibRegistryVex.h"
+#include "tray/log/LogReader.h"
 #include "tray/log/StatusLines.h"
 #include "tray/truth/SequenceNeeds.h"
 
@@ -24,6 +25,9 @@ constexpr Elapsed LightsPatience{30'000'000'000};
 constexpr Elapsed LightsTold{90'000'000};
 /// An unchanged universe is told again, so that a page knows that it is still there.
 constexpr Elapsed LightsToldAgain{1'000'000'000};
+/// Who takes leave is gone soon. A line that only looks like it, a trigger's name for one, must not excuse
+/// an end hours later.
+constexpr Elapsed FarewellLasts{30'000'000'000};
 constexpr Elapsed NotHeard{5'000'000'000};
 constexpr size_t ErrorsHeard = 20;
 
@@ -52,6 +56,8 @@ Watchman::Watchman(Host& host, WatchmanOptions options)
 }
 
 void Watchman::Begin() {
+  constexpr uint64_t formerBytes = 65536;
+  if (LineCame) (void)LogReader(m_Host.Files(), StateFile(m_Host, "log")).ReadEnd(formerBytes, LineCame);
   Note(LogLine::LevelCourse, "vextray begins");
   if (!m_Log.Save()) {
     throw Error(
@@ -87,7 +93,8 @@ void Watchman::Turn() {
   ReadStatus();
   LookAtSound();
   LookAtLight();
-  if (!std::exchange(m_HistoryTold, true) && HistoryChanged) HistoryChanged(m_History.Shelf());
+  if (std::exchange(m_HistoryTold, m_History.Changes()) != m_History.Changes() && HistoryChanged)
+    HistoryChanged(m_History.Shelf());
 }
 
 void Watchman::Keep(const LogLine& line) {
@@ -105,8 +112,8 @@ void Watchman::StatusCame(const std::string& szMessage) {
     ++m_Lines;
     Keep(line);
     m_History.Line(line);
-    if (line.Text == "Show Player shutting down") m_Farewell = true;
-    if (line.Text.starts_with("Show Player starting")) m_Farewell = false;
+    if (line.Text == "Show Player shutting down") m_Farewell = m_Host.Clock().Elapsed();
+    if (line.Text.starts_with("Show Player starting")) m_Farewell.reset();
     if (line.Level < LogLine::LevelError) continue;
     ++m_Errors;
     m_LastError = m_Host.Clock().Elapsed();
@@ -117,7 +124,6 @@ void Watchman::StatusCame(const std::string& szMessage) {
   // At once, so that a crash takes nothing that has come; where it fails, the next turn tries again.
   (void)m_Log.Save();
   (void)m_History.Save();
-  m_HistoryTold = false;
 }
 
 void Watchman::PlayerChanged(bool boolRuns) {
@@ -130,7 +136,8 @@ void Watchman::PlayerChanged(bool boolRuns) {
   m_LightsTold.clear();
   if (boolRuns) {
     m_EverRan = true;
-    m_Farewell = false;
+    m_Farewell.reset();
+    m_GoneWell = false;
     m_LastError.reset();
     Note(LogLine::LevelCourse, "A player has come");
     if (m_Options.Packets)
@@ -138,11 +145,11 @@ void Watchman::PlayerChanged(bool boolRuns) {
                                                 ReadOutputSettings(m_Host.Registry()));
     if (PlayerCame) PlayerCame();
   } else {
-    Note(m_Farewell ? LogLine::LevelCourse : LogLine::LevelError,
-         m_Farewell ? "The player has ended" : "The player has gone without a farewell");
+    m_GoneWell = m_Farewell && m_Host.Clock().Elapsed() - *m_Farewell < FarewellLasts;
+    Note(m_GoneWell ? LogLine::LevelCourse : LogLine::LevelError,
+         m_GoneWell ? "The player has ended" : "The player has gone without a farewell");
     m_History.PlayerGone(dtNow);
   }
-  m_HistoryTold = false;
 }
 
 void Watchman::ReadStatus() {
@@ -181,7 +188,6 @@ void Watchman::TakeStatus(PlayerWord word) {
   NoteSilentFailure();
   if (m_Playing.empty()) return;
   m_History.Report(ShowOfReport(m_Player.Current), m_Host.Clock().Now());
-  m_HistoryTold = false;
 }
 
 // A heartbeat that failed writes no line; the status file alone knows of it. Its time is compared so that one
@@ -229,7 +235,7 @@ LightFacts Watchman::Facts() const {
   facts.Wall = m_Host.Clock().Now();
   facts.PlayerRuns = m_Window.PlayerRuns();
   facts.PlayerEverRan = m_EverRan;
-  facts.Farewell = m_Farewell;
+  facts.Farewell = m_GoneWell;
   facts.Answers = m_Window.PlayerAnswers();
   facts.LastError = m_LastError;
   facts.ErrorText = m_ErrorText;
@@ -309,15 +315,18 @@ void Watchman::LookAtLight() {
 
 void Watchman::RunCommand(const char* szWord) {
   if (m_Options.OnTrouble.empty()) return;
-  std::string szQuoted = "'";
-  for (const std::string& szCause : m_Light.Now().Why()) {
-    if (szQuoted.size() > 1) szQuoted += "; ";
-    for (const char character : szCause) szQuoted += character == '\'' ? "'\\''" : std::string(1, character);
+  std::string szWhy;
+  for (const std::string& szCause : m_Light.Now().Why()) szWhy += (szWhy.empty() ? "" : "; ") + szCause;
+  std::string szCauses;
+  (void)Utf8ToAnsi(szWhy, szCauses);  // up to a character that the system does not know
+  std::string szArgument = "'";
+  for (const char character : szCauses) {
+    if (character == '\'')
+      szArgument += "'\\''";
+    else if (character != '\0')
+      szArgument += character;
   }
-  szQuoted += "'";
-  std::string szArgument;
-  (void)Utf8ToAnsi(szQuoted, szArgument);
-  if (!szArgument.ends_with('\'')) szArgument += "'";  // cut at a character that the system does not know
+  szArgument += "'";
   try {
     m_Host.Processes().Start(m_Options.OnTrouble + " " + szWord + " " + szArgument, HideWindow);
   } catch (const Error& error) {

@@ -1,4 +1,4 @@
-#include "programs/vextray/TraySite.h"
+#include "tray/watch/TraySite.h"
 
 #include <algorithm>
 #include <chrono>
@@ -10,40 +10,62 @@ namespace vex {
 namespace {
 
 constexpr size_t LinesKept = 2000;
+constexpr Elapsed StateLasts{10'000'000'000};
+
+/// Changes whenever something of the show does: all that is in it only grows.
+std::string KeyOf(const PlayedShow& show) {
+  int64_t lCounts = 0;
+  for (const auto& error : show.Errors) lCounts += error.Count;
+  return show.Show + "\n" + FormatDateTime(show.From) + (show.To ? FormatDateTime(*show.To) : "") +
+         (show.Broken ? "!" : " ") + std::to_string(show.Songs.size()) + " " +
+         std::to_string(show.Errors.size()) + " " + std::to_string(lCounts) +
+         (show.Songs.empty() ? "" : FormatDateTime(show.Songs.back().Time));
+}
 
 }  // namespace
 
-std::string LineForPage(const LogLine& line) {
-  const nlohmann::ordered_json json{{"time", FormatDateTime(line.Time)},
-                                    {"level", line.Level},
-                                    {"text", line.Text},
-                                    {"count", line.Count},
-                                    {"last", FormatDateTime(line.Last)}};
+std::string LineForPage(const LogLine& line, uint64_t number) {
+  const nlohmann::ordered_json json{{"number", number},    {"time", FormatDateTime(line.Time)},
+                                    {"level", line.Level}, {"text", line.Text},
+                                    {"count", line.Count}, {"last", FormatDateTime(line.Last)}};
   return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
-TraySite::TraySite(EventLoop& loop, std::function<Outcome(const Action&)> handler)
-    : m_Handler(std::move(handler)), m_Signal(loop.NewSignal([this] { Serve(); })) {}
+TraySite::TraySite(Host& host, std::function<Outcome(const Action&)> handler)
+    : m_Clock(host.Clock()),
+      m_Handler(std::move(handler)),
+      m_Signal(host.EventLoop().NewSignal([this] { Serve(); })) {}
 
 void TraySite::Put(const TrayState& state) {
   const std::lock_guard lock(m_Mutex);
   m_State = state;
+  m_StateAt = m_Clock.Elapsed();
 }
 
-void TraySite::Put(const LogLine& line) {
+uint64_t TraySite::Put(const LogLine& line) {
   const std::lock_guard lock(m_Mutex);
-  if (line.Count > 1 && !m_Lines.empty()) m_Lines.pop_back();
-  m_Lines.push_back(line);
+  if (line.Count > 1 && !m_Lines.empty() && m_Lines.back().Line.Text == line.Text)
+    m_Lines.back().Line = line;
+  else
+    m_Lines.push_back({line, ++m_LastNumber});
   if (m_Lines.size() > LinesKept) m_Lines.pop_front();
+  return m_Lines.back().Number;
 }
 
 void TraySite::Put(const HistoryShelf& history) {
-  std::string szJson = "[";
-  for (const PlayedShow& show : history.Shows())
-    szJson += (szJson.size() > 1 ? "," : "") + PlayedShowToJson(show);
-  szJson += "]";
+  std::vector<Evening> evenings;
+  evenings.reserve(history.Shows().size());
+  // The former ones are touched by this thread alone; old shows leave at the front.
+  auto former = m_Evenings.begin();
+  for (const PlayedShow& show : history.Shows()) {
+    const std::string szKey = KeyOf(show);
+    const auto same = std::find_if(former, m_Evenings.end(),
+                                   [&szKey](const Evening& evening) { return evening.Key == szKey; });
+    if (same != m_Evenings.end()) former = same + 1;
+    evenings.push_back({szKey, same != m_Evenings.end() ? same->Json : PlayedShowToJson(show)});
+  }
   const std::lock_guard lock(m_Mutex);
-  m_History = std::move(szJson);
+  m_Evenings = std::move(evenings);
 }
 
 void TraySite::PutWeek(std::string szPicture, std::vector<std::string> shows) {
@@ -71,6 +93,10 @@ std::string TraySite::Metrics() {
 
 bool TraySite::Healthy(std::string& szWhy) {
   const std::lock_guard lock(m_Mutex);
+  if (m_Clock.Elapsed() - m_StateAt >= StateLasts) {
+    szWhy = "vextray itself has not looked for a while";
+    return false;
+  }
   if (m_State.Light.Colour == LightColour::Off) szWhy = "no player runs";
   for (const std::string& szCause : m_State.Light.Why()) szWhy += (szWhy.empty() ? "" : "; ") + szCause;
   return m_State.Light.Colour == LightColour::Idle || m_State.Light.Colour == LightColour::Playing;
@@ -85,13 +111,15 @@ std::string TraySite::Lines(size_t most) {
   const std::lock_guard lock(m_Mutex);
   std::string szJson = "[";
   for (size_t i = m_Lines.size() - std::min(most, m_Lines.size()); i < m_Lines.size(); ++i)
-    szJson += (szJson.size() > 1 ? "," : "") + LineForPage(m_Lines[i]);
+    szJson += (szJson.size() > 1 ? "," : "") + LineForPage(m_Lines[i].Line, m_Lines[i].Number);
   return szJson + "]";
 }
 
 std::string TraySite::History() {
   const std::lock_guard lock(m_Mutex);
-  return m_History;
+  std::string szJson = "[";
+  for (const Evening& evening : m_Evenings) szJson += (szJson.size() > 1 ? "," : "") + evening.Json;
+  return szJson + "]";
 }
 
 std::string TraySite::Shows() {
