@@ -12,6 +12,10 @@
 
 namespace vex {
 
+/// A cue file of a tenth of a second whose two events stand in the wrong order.
+constexpr const char* Two =
+    R"({"duration":0.1,"events":[{"circuit":2,"start":0.05,"from":20,"to":20},{"circuit":1,"from":10,"to":10}]})";
+
 /// An I/O control that writes down what is asked of it, "at: unit.circuit from>to duration", and "flush".
 class NotedLights final : public ChannelIO {
  public:

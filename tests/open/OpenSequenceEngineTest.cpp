@@ -8,13 +8,8 @@
 namespace vex {
 namespace {
 
-using testing::AllOf;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
-
-constexpr const char* Two =
-    R"({"duration":0.1,"events":[{"circuit":2,"start":0.05,"from":20,"to":20},{"circuit":1,"from":10,"to":10}]})";
 
 std::string Failure(const std::function<void()>& call) {
   try {
@@ -364,77 +359,6 @@ TEST(OpenSequenceEngine, RefusesAPlayRateThatIsNone) {
     EXPECT_EQ(Failure([&] { rig.Engine->PlayRate(rate); }), "Invalid procedure call or argument");
 }
 
-TEST(OpenSequenceEngine, WithMediaItHandsOutWhatTheMusicHasReached) {
-  EngineRig rig;
-  rig.PlayMusic(Two);
-  EXPECT_THAT(rig.Sync(0), ElementsAre("1.1 10>10@0"));
-  EXPECT_THAT(rig.Sync(49), IsEmpty());
-  EXPECT_THAT(rig.Sync(50), ElementsAre("1.2 20>20@50"));
-  EXPECT_THAT(rig.Sync(1000), IsEmpty());
-  EXPECT_THAT(rig.Lights->Take(), IsEmpty());
-}
-
-TEST(OpenSequenceEngine, WithMediaAPositionGoingBackHandsNothingOutTwice) {
-  EngineRig rig;
-  rig.PlayMusic(Two);
-  EXPECT_EQ(rig.Sync(60).size(), 2U);
-  EXPECT_THAT(rig.Sync(0), IsEmpty());
-  EXPECT_THAT(rig.Sync(70), IsEmpty());
-}
-
-TEST(OpenSequenceEngine, InitMusicSyncBeginsAgain) {
-  EngineRig rig;
-  rig.PlayMusic(Two);
-  (void)rig.Sync(60);
-  rig.Engine->InitMusicSync(0);
-  EXPECT_EQ(rig.Sync(60).size(), 2U);
-  rig.Engine->InitMusicSync(50);
-  EXPECT_THAT(rig.Sync(60), ElementsAre("1.2 20>20@50"));
-  rig.Engine->InitMusicSync(-5);
-  EXPECT_EQ(rig.Sync(60).size(), 2U);
-}
-
-TEST(OpenSequenceEngine, WithMediaItPlaysUntilItIsStopped) {
-  EngineRig rig;
-  rig.PlayMusic(Two, true);
-  (void)rig.Sync(60);
-  rig.Advance(100000);
-  EXPECT_EQ(rig.Engine->PlayState(), 1);
-  EXPECT_TRUE(rig.Engine->NextStateChange().IsNever());
-  rig.Engine->Stop();
-  EXPECT_EQ(rig.Engine->PlayState(), 0);
-  EXPECT_THAT(rig.Lights->Take(), ElementsAre("100000: 1.1 0>0 1", "100000: 1.2 0>0 1", "100000: flush"));
-  EXPECT_THAT(rig.Sync(1000), IsEmpty());
-}
-
-TEST(OpenSequenceEngine, WithMediaNothingIsHandedOutBeforeStart) {
-  EngineRig rig;
-  rig.Load(Two);
-  rig.Engine->PrepareForPlay(true);
-  EXPECT_EQ(rig.Engine->PlayState(), 0);
-  EXPECT_THAT(rig.Sync(1000), IsEmpty());
-}
-
-TEST(OpenSequenceEngine, TellsWhenItIsNextDue) {
-  EngineRig rig;
-  rig.PlayMusic(R"({"duration":1,"events":[{"start":0.0505},{"start":0.7}]})");
-  EXPECT_EQ(rig.Engine->NextEventDue(), NextDue::At(51));
-  (void)rig.Sync(51);
-  EXPECT_EQ(rig.Engine->NextEventDue(), NextDue::At(700));
-  rig.Engine->SyncToMusic(800);
-  EXPECT_EQ(rig.Engine->NextEventDue(), NextDue::At(700)) << "due already";
-  (void)rig.Sync(800);
-  EXPECT_TRUE(rig.Engine->NextEventDue().IsNever());
-}
-
-TEST(OpenSequenceEngine, ByItsOwnClockOnlyTheEndIsForeseen) {
-  EngineRig rig;
-  rig.Advance(7);
-  rig.Play(Two);
-  EXPECT_TRUE(rig.Engine->NextEventDue().IsNever());
-  EXPECT_EQ(rig.Engine->NextStateChange(), NextDue::At(107000000));
-}
-
 TEST(OpenSequenceEngine, AControlThatRefusesEndsTheSequenceAndIsToldAtTheNextLook) {
   EngineRig rig;
   rig.Play(Two, true);
@@ -464,66 +388,6 @@ TEST(OpenSequenceEngine, WithoutAControlItPlaysUnseen) {
   EXPECT_EQ(rig.Engine->PlayState(), 1);
   rig.Advance(1);
   EXPECT_EQ(rig.Engine->PlayState(), 0);
-}
-
-TEST(OpenSequenceEngine, LoadedAnewItIsTheNewSequence) {
-  EngineRig rig;
-  rig.Play(Two, true, true);
-  rig.Lights->Take();
-  rig.Load(R"({"duration":7,"media":"b.ogg"})");
-  EXPECT_THAT(rig.Lights->Take(), ElementsAre("0: 1.1 0>0 1", "0: flush"));
-  EXPECT_EQ(rig.Engine->MediaFile(), "b.ogg");
-  EXPECT_EQ(rig.Engine->PlayState(), 0);
-  EXPECT_EQ(rig.Engine->Length(), 7000);
-}
-
-TEST(OpenSequenceEngine, AFailedLoadLeavesNothingLoaded) {
-  EngineRig rig;
-  rig.Load(Two);
-  rig.Put("{}");
-  EXPECT_THAT(rig.LoadFailure(), HasSubstr("duration"));
-  EXPECT_FALSE(rig.Engine->UsesNetwork(NetworkKind::Main));
-  rig.Engine->Start();
-  EXPECT_EQ(rig.Engine->PlayState(), 0);
-}
-
-TEST(OpenSequenceEngineLoad, AMissingFileIsNamed) {
-  EngineRig rig;
-  EXPECT_THAT(rig.LoadFailure("no.vexseq"),
-              AllOf(HasSubstr("Sequence.Load 53: "), HasSubstr("\"no.vexseq\": File not found; put it")));
-}
-
-TEST(OpenSequenceEngineLoad, TheSequenceFolderComesBeforeTheMediaFolder) {
-  EngineRig rig;
-  rig.Host.Files().Put("C:\\media\\a.vexseq", R"({"duration":2})");
-  rig.Engine->Load("a.vexseq");
-  EXPECT_EQ(rig.Engine->Length(), 2000);
-  rig.Put(R"({"duration":1})");
-  rig.Engine->Load("a.vexseq");
-  EXPECT_EQ(rig.Engine->Length(), 1000);
-}
-
-TEST(OpenSequenceEngineLoad, AFileThatCannotBeOpenedSaysWhat) {
-  EngineRig rig;
-  rig.Put(Two);
-  rig.Host.Files().FailReads("C:\\seq\\a.vexseq");
-  EXPECT_THAT(rig.LoadFailure(), HasSubstr("a.vexseq"));
-}
-
-TEST(OpenSequenceEngineLoad, ACharacterOutsideTheCodePageIsRefusedByName) {
-  EngineRig rig;
-  rig.Put(R"({"duration":1,"media":"\u2603.ogg"})");
-  EXPECT_THAT(rig.LoadFailure(), AllOf(HasSubstr("\"media\""), HasSubstr("Windows-1252")));
-  rig.Put(R"({"duration":1,"shellCommand":{"commandLine":"\u2603"}})");
-  EXPECT_THAT(rig.LoadFailure(), HasSubstr("\"shellCommand.commandLine\""));
-  rig.Put(R"({"duration":1,"events":[{"command":"\u2603"}]})");
-  EXPECT_THAT(rig.LoadFailure(), HasSubstr("\"command\""));
-}
-
-TEST(OpenSequenceEngineLoad, NothingAtAllIsNoSequence) {
-  EngineRig rig;
-  rig.Put("");
-  EXPECT_THAT(rig.LoadFailure(), HasSubstr("not valid JSON"));
 }
 
 }  // namespace
