@@ -55,8 +55,9 @@ if(NOT WIN32)
   install(FILES demo/cues.py demo/house.py demo/keys.py demo/make_demo.py demo/play.py demo/sequences.py
           demo/songs.py demo/film.py demo/fur-elise.ogg demo/jingle-bells.ogg demo/silent-night.mp4
           DESTINATION ${demonstration})
-  install(FILES docs/settings.md docs/planning.md docs/december.svg docs/installing.md README.md
-          DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/vexmonitor)
+  install(FILES README.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/vexmonitor)
+  install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/vexmonitor
+          PATTERN windows.md EXCLUDE)
   install(FILES packaging/debian/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/vexmonitor)
   set(units packaging/systemd/vexmonitor.service)
   if(TARGET vextray)
@@ -111,8 +112,9 @@ every night, for weeks, with nobody watching.
 Lights go out as E1.31 (sACN) or Art-Net packets; songs and videos play
 through libmpv; sequences are cue files (JSON) or frame files (FSEQ 1 and 2).
 
-This package has the player VexMonitor, its companion vexctl, a service for a
-user's session and a demonstration.")
+This package has the player VexMonitor, its companion vexctl, the tray vextray
+with its log and its page for the phone, services for a user's session and a
+demonstration.")
 
   set(CPACK_PACKAGE_NAME VexMonitor)
   set(CPACK_PACKAGE_VENDOR "VexMonitor developers")

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 
 namespace vex::test {
 
@@ -18,6 +19,13 @@ const char* const SettingsText =
     "[HKEY_CURRENT_USER\\Software\\Brillara]\n\"UserDataPath\"=\"D:\\\\\"\n"
     "[HKEY_CURRENT_USER\\Software\\Brillara\\Shared]\n\"AudioPath\"=\"D:\\\\\"\n\"NonAudioPath\"=\"D:"
     "\\\\\"\n";
+
+/// In a list, unlike in a sum, parts are drawn in the order in which they stand, whoever compiles it.
+std::string Text(std::initializer_list<std::string> parts) {
+  std::string szText;
+  for (const std::string& szPart : parts) szText += szPart;
+  return szText;
+}
 
 }  // namespace
 
@@ -47,7 +55,7 @@ void RandomEvening::DrawSequences() {
     const int32_t lTenths = OnceIn(100) ? 0 : Draw(OnceIn(3) ? 1200 : 200);
     std::string szText = R"({"format":"vexseq","version":1,"duration":)" + std::to_string(lTenths / 10) +
                          "." + std::to_string(lTenths % 10);
-    if (OnceIn(2)) szText += R"(,"media":"song)" + Number(9) + (OnceIn(4) ? ".mp4\"" : ".ogg\"");
+    if (OnceIn(2)) szText += Text({R"(,"media":"song)", Number(9), OnceIn(4) ? ".mp4\"" : ".ogg\""});
     if (OnceIn(10)) szText += R"(,"shellCommand":{"commandLine":"notify","windowStyle":1})";
     szText += R"(,"events":[)";
     const int32_t lEvents = Draw(30);
@@ -55,9 +63,9 @@ void RandomEvening::DrawSequences() {
       const int32_t lStart = Draw(std::max(lTenths, 1)) - 1;
       const std::string szStart = std::to_string(lStart / 10) + "." + std::to_string(lStart % 10);
       const std::string szEnd = OnceIn(2) ? szStart : std::to_string(lStart / 10 + Draw(3)) + ".95";
-      szText += (lEvent > 0 ? "," : "") + std::string(R"({"unit":)") + Number(3) + R"(,"circuit":)" +
-                Number(40) + R"(,"start":)" + szStart + R"(,"end":)" + szEnd + R"(,"from":)" +
-                std::to_string(Draw(101) - 1) + R"(,"to":)" + std::to_string(Draw(101) - 1) + "}";
+      szText += Text({lEvent > 0 ? "," : "", R"({"unit":)", Number(3), R"(,"circuit":)", Number(40),
+                      R"(,"start":)", szStart, R"(,"end":)", szEnd, R"(,"from":)",
+                      std::to_string(Draw(101) - 1), R"(,"to":)", std::to_string(Draw(101) - 1), "}"});
     }
     szText += "]}";
     if (OnceIn(40)) szText.resize(szText.size() / 2);  // a damaged one
@@ -75,8 +83,8 @@ std::string RandomEvening::Names(int32_t lMost) {
 /// Kind: the three numbers of animation, music and list.
 std::string RandomEvening::Playlist(const std::string& szKind, const std::string& szDelay, int32_t lMost) {
   const std::string szCleanUp = szDelay != "0" && OnceIn(2) ? SequenceName() : "";
-  return "(" + szKind + "," + szDelay + "," + szCleanUp + "," + Names(lMost) + "," +
-         (m_LightsStay ? Flag(3) : "T") + "," + Flag(2) + "," + Flag(2) + ")";
+  return Text({"(", szKind, ",", szDelay, ",", szCleanUp, ",", Names(lMost), ",",
+               m_LightsStay ? Flag(3) : "T", ",", Flag(2), ",", Flag(2), ")"});
 }
 
 std::string RandomEvening::Groups() {
@@ -86,23 +94,24 @@ std::string RandomEvening::Groups() {
     std::string szEntries;
     const int32_t lEntries = Draw(3);
     for (int32_t lEntry = 0; lEntry < lEntries; ++lEntry) {
-      szEntries += (lEntry > 0 ? "," : "") + std::string("(") + SequenceName() + ",(" + Number(4) +
-                   ",Button,1,0)" + (OnceIn(2) ? "," + SequenceName() : "") + ")";
+      szEntries += Text({lEntry > 0 ? "," : "", "(", SequenceName(), ",(", Number(4), ",Button,1,0)",
+                         OnceIn(2) ? "," + SequenceName() : "", ")"});
     }
-    szGroups += (lGroup > 0 ? "," : "") + std::string("(") + std::to_string(lEntries) + ",," + Flag(2) + "," +
-                Flag(2) + "," + Flag(2) + ",Group,(" + szEntries + ")," + (m_LightsStay ? Flag(3) : "T") +
-                ")";
+    szGroups += Text({lGroup > 0 ? "," : "", "(", std::to_string(lEntries), ",,", Flag(2), ",", Flag(2), ",",
+                      Flag(2), ",Group,(", szEntries, "),", m_LightsStay ? Flag(3) : "T", ")"});
   }
   return szGroups.empty() ? "" : "(" + szGroups + ")";
 }
 
 void RandomEvening::DrawShow(const std::string& szName) {
   const std::string szTrigger = OnceIn(4) ? "(5,Start,1,0)" : "";
-  Files.Put("D:\\" + szName, "(" + Playlist("0,1,2", "0", 2) + "," + Playlist("0,1,2", "0", 2) + "," +
-                                 Playlist(std::to_string(Draw(4) - 1) + ",0,1", "0", 4) + "," +
-                                 Playlist("0," + std::to_string(Draw(4) - 1) + ",2", Number(12), 4) + ",," +
-                                 Playlist("2,0,1", "0", 1) + "," + Groups() + "," +
-                                 std::to_string(Draw(4) - 1) + "," + szTrigger + ",F)");
+  const std::string szAnimations = std::to_string(Draw(4) - 1) + ",0,1";
+  const std::string szSongs = "0," + std::to_string(Draw(4) - 1) + ",2";
+  const std::string szDelay = Number(12);
+  Files.Put("D:\\" + szName, Text({"(", Playlist("0,1,2", "0", 2), ",", Playlist("0,1,2", "0", 2), ",",
+                                   Playlist(szAnimations, "0", 4), ",", Playlist(szSongs, szDelay, 4), ",,",
+                                   Playlist("2,0,1", "0", 1), ",", Groups(), ",", std::to_string(Draw(4) - 1),
+                                   ",", szTrigger, ",F)"}));
 }
 
 /// Shows that follow each other with or without a gap, the last one maybe beyond the evening.
@@ -110,9 +119,10 @@ std::string RandomEvening::DaySchedule(int64_t midnight) {
   std::string szEvents;
   int64_t at = 18 * Hour + (Draw(10) - 1) * Minute;
   while (at < LastSecond && !OnceIn(6)) {
-    const int64_t end = at + Draw(15) * Minute + (OnceIn(3) ? Draw(60) : 0);
-    szEvents += (szEvents.empty() ? "(" : ",(") + std::to_string(midnight + end) + ",2,(,0," +
-                (OnceIn(12) ? "" : ShowName()) + ")," + std::to_string(midnight + at) + ")";
+    const int64_t minutes = Draw(15);
+    const int64_t end = at + minutes * Minute + (OnceIn(3) ? Draw(60) : 0);
+    szEvents += Text({szEvents.empty() ? "(" : ",(", std::to_string(midnight + end), ",2,(,0,",
+                      OnceIn(12) ? "" : ShowName(), "),", std::to_string(midnight + at), ")"});
     at = end + (OnceIn(2) ? 0 : Draw(8) * Minute);
   }
   return szEvents.empty() ? "" : "(" + szEvents + ")";
