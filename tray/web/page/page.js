@@ -515,7 +515,6 @@ function tryLater() {
 }
 
 function begin() {
-  loadLines().catch(() => {});
   refresh();
   follow();
 }
