@@ -7,7 +7,7 @@ usage="usage: ./run.sh [--windows] [--seconds N]
 
 Installs what is missing, builds the programs into build/release, and plays a demonstration of about a minute:
 a weekly schedule whose show is in force now, with background, startup, animations, songs, clean-up, delay and
-shutdown. Lights go out as E1.31 packets to 127.0.0.1 and come back as a picture in this terminal; the key b rings
+shutdown. Lights go out as E1.31 packets to this machine and come back as a picture in this terminal; the key b rings
 at the door, and the lights answer. Without a terminal, status lines and counts are printed, and the door is rung
 once. Ctrl-C ends the show gracefully, a second one at once.
 
@@ -70,5 +70,5 @@ if [ "$windows" ]; then
   exec python3 -B demo/play_windows.py build/windows-demo/bin build/demo-windows build/release/bin/lightview \
     --seconds "$((10#$seconds))"
 fi
-build "the programs" release release VexMonitor vexctl VexPostInstall lightview
+build "the programs" release release VexMonitor vexctl VexPostInstall lightview vextray
 exec python3 -B demo/play.py build/release/bin build/demo --seconds "$((10#$seconds))"

@@ -79,6 +79,7 @@ def settings_text(folder, address, link_port):
 [HKEY_CURRENT_USER\\Software\\Brillara\\Output]
 "Protocol"="sacn"
 "Host"="{address}"
+"Interface"="127.0.0.1"
 "SourceName"="VexMonitor demonstration"
 
 [HKEY_CURRENT_USER\\Software\\Brillara\\XLK]

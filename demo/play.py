@@ -28,10 +28,14 @@ import turns
 
 PATIENCE = 60  # seconds that the show may take to come to its end
 LIGHTING_PORT = 5568
+LOOPBACK = "127.0.0.1"
 BUTTON_KEYS = ("b", "B", " ")
 
 
 class Demonstration:
+    # Groups that never leave this machine, where others may listen beside the picture; then addresses of its own.
+    ADDRESSES = [f"239.255.84.{last}" for last in range(1, 255)] + [f"127.0.0.{last}" for last in range(1, 255)]
+
     def __init__(self, programs, folder, seconds):
         self.programs = programs
         self.viewer = programs / "lightview"
@@ -75,15 +79,23 @@ class Demonstration:
                   self.environment["VEX_RUNTIME_DIR"])
 
     def free_address(self):
-        """A loopback address at which nobody else receives lights."""
-        return next(filter(self.is_free, (f"127.0.0.{last}" for last in range(1, 255))), None)
+        """A place on this machine at which nobody else receives lights."""
+        return next(filter(self.is_free, self.ADDRESSES), None)
 
     @staticmethod
     def is_free(address):
+        """Nobody has the port there, and what is sent there comes."""
         with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as probe:
             try:
                 probe.bind((address, LIGHTING_PORT))
-                return True
+                if not address.startswith("239."):
+                    return True
+                probe.setsockopt(socket.IPPROTO_IP, socket.IP_ADD_MEMBERSHIP,
+                                 socket.inet_aton(address) + socket.inet_aton(LOOPBACK))
+                probe.setsockopt(socket.IPPROTO_IP, socket.IP_MULTICAST_IF, socket.inet_aton(LOOPBACK))
+                probe.settimeout(0.2)
+                probe.sendto(b"?", (address, LIGHTING_PORT))
+                return probe.recv(10) == b"?"
             except OSError:
                 return False
 
@@ -132,6 +144,7 @@ class Demonstration:
         end = self.make(hint)
         print(f"The show is in force until {end:%H:%M:%S}. A second terminal can watch or control it:")
         print(f"  {self.typed('vexctl')} status    (or watch, shutdown, --help)", flush=True)
+        self.tell_of_the_page()
         with open(self.player_log, "wb") as log:
             player = self.program("VexMonitor", stdin=subprocess.DEVNULL, stdout=log, stderr=log)
         signal.signal(signal.SIGINT, self.interrupted)
@@ -153,6 +166,10 @@ class Demonstration:
 
     def make(self, hint):
         return make_demo.make(self.folder, self.seconds, self.address, self.free_port(), hint, self.display)
+
+    def tell_of_the_page(self):
+        settings = os.path.relpath(self.folder / "settings.reg")
+        print(f"  VEX_SETTINGS={settings} {self.typed('vextray')}    (the page; lines go there from then on)", flush=True)
 
     def typed(self, name):
         """The program as somebody types it at another terminal."""

@@ -27,6 +27,8 @@ CLEAN = "\n[-HKEY_CURRENT_USER\\Software\\Brillara]\n"
 
 
 class WindowsDemonstration(play.Demonstration):
+    ADDRESSES = [address for address in play.Demonstration.ADDRESSES if address.startswith("127.")]
+
     def __init__(self, programs, folder, viewer, seconds, machine):
         super().__init__(programs, folder, seconds)
         self.machine = machine
@@ -41,6 +43,9 @@ class WindowsDemonstration(play.Demonstration):
 
     def typed(self, name):
         return f"WINEPREFIX={self.machine.prefix} wine {super().typed(name)}.exe"
+
+    def tell_of_the_page(self):
+        """The page belongs to the programs for Linux."""
 
     def prepare(self):
         """The machine is this demonstration's own, so the usual place is free."""

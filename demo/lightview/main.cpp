@@ -64,6 +64,14 @@ std::optional<Arguments> ParseArguments(const std::vector<std::string>& words) {
   return arguments;
 }
 
+/// Beside others who listen there; only what this machine itself sends.
+void JoinGroup(int32_t lSocket, in_addr group) {
+  constexpr int32_t on = 1;
+  setsockopt(lSocket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+  const ip_mreq membership{group, {htonl(INADDR_LOOPBACK)}};
+  setsockopt(lSocket, IPPROTO_IP, IP_ADD_MEMBERSHIP, &membership, sizeof membership);
+}
+
 int32_t OpenSocket(const std::string& szAddress) {
   const int32_t lSocket = socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
   sockaddr_in address{};
@@ -72,6 +80,7 @@ int32_t OpenSocket(const std::string& szAddress) {
   if (inet_pton(AF_INET, szAddress.c_str(), &address.sin_addr) != 1) {
     throw std::runtime_error("\"" + szAddress + "\" is no address like 127.0.0.1");
   }
+  if (IN_MULTICAST(ntohl(address.sin_addr.s_addr))) JoinGroup(lSocket, address.sin_addr);
   constexpr int32_t bufferSize = 1 << 20;
   setsockopt(lSocket, SOL_SOCKET, SO_RCVBUF, &bufferSize, sizeof bufferSize);
   if (lSocket < 0 || bind(lSocket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {

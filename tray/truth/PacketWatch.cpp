@@ -136,8 +136,8 @@ void PacketWatch::Failed(uint32_t address, const std::string& szWhy) {
   m_Trouble += boolOneAddress
                    ? "leave \"Host\" in the player's settings empty, which lets several programs listen, "
                      "or start vextray with --packets off"
-                   : "have the program that keeps the port to itself share it, or start vextray with "
-                     "--packets off";
+                   : "see that the network is up and that no program keeps the port to itself, or start "
+                     "vextray with --packets off";
   m_Again->Enabled(true);
 }
 

@@ -147,7 +147,7 @@ function playerText(player) {
 }
 
 function packetsText(packets) {
-  if (packets.watched === false) return packets.trouble || "cannot be heard here";
+  if (packets.needed && packets.watched === false) return packets.trouble || "cannot be heard here";
   const count = (packets.universes || []).reduce((sum, one) => sum + one.perSecond, 0);
   const universes = (packets.universes || []).length;
   if (packets.needed && !packets.seen) return "missing in the last second";
@@ -193,7 +193,7 @@ function showShows() {
   setText(at("next-times"), span(state.next));
   const player = state.player || {};
   const playing = (player.playing || []).map((one) => (one.play ? `${one.play}: ${one.file}` : one.file));
-  if (player.media) playing.push(`Sound: ${player.media}`);
+  if (player.media) playing.push(`Sound: ${player.media.split(/[\\/]/).pop()}`);
   setList(at("playing"), playing);
   setText(at("link"), player.link ? "Turn the link off" : "Turn the link on");
 }
