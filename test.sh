@@ -163,7 +163,7 @@ try_windows() {
     passed=$good failed=$bad skipped=$left_out
     check "programs of windows-$architecture stand alone" python3 tests/windows/imports.py "$architecture" \
       "build/windows-$architecture/bin"
-    for script in programs commands network harm package boxes video; do
+    for script in programs commands codepages network harm package boxes video; do
       cases "python3 tests/windows/$script.py" "$architecture"
     done
     cases "python3 tests/windows/evening.py" "$architecture" build/release/bin

@@ -11,7 +11,7 @@ test=(libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev rapidjson-dev
   libsystemd-dev dpkg-dev file lintian mmdebstrap man-db systemd systemd-container)
 
 windows=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest wine wine64
-  gstreamer1.0-plugins-base gstreamer1.0-plugins-good mmdebstrap arch-test)
+  gstreamer1.0-plugins-base gstreamer1.0-plugins-good mmdebstrap arch-test locales)
 
 wanted=("${build[@]}")
 case ${1:-build} in

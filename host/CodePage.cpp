@@ -1,39 +1,18 @@
 #include "host/CodePage.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
+
+#include "host/AnsiPage.h"
 
 namespace vex {
 
 namespace {
 
-// The characters of bytes 0x80 to 0x9F (Unicode's mapping file CP1252.TXT); the five that have none there are
-// the control characters of the same value. All other bytes are the characters of their own number.
-constexpr std::array<char16_t, 32> UpperControls = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-
 constexpr char32_t Replacement = 0xFFFD;
 
 bool IsSurrogate(char32_t character) {
   return character >= 0xD800 && character <= 0xDFFF;
-}
-
-char32_t CharacterOf(uint8_t byte) {
-  return byte >= 0x80 && byte < 0xA0 ? UpperControls[byte - 0x80] : byte;
-}
-
-bool ByteOf(char32_t character, char& byte) {
-  if (character < 0x80 || (character >= 0xA0 && character < 0x100)) {
-    byte = static_cast<char>(character);
-    return true;
-  }
-  const auto found = std::ranges::find(UpperControls, character);
-  if (found == UpperControls.end()) return false;
-  byte = static_cast<char>(0x80 + (found - UpperControls.begin()));
-  return true;
 }
 
 /// Takes one character off the front; false, with nothing taken, where there is no well-formed one.
@@ -91,9 +70,7 @@ bool Utf8ToAnsi(std::string_view szUtf8, std::string& szAnsi) {
   szAnsi.clear();
   while (!szUtf8.empty()) {
     char32_t character = 0;
-    char byte = 0;
-    if (!TakeUtf8(szUtf8, character) || !ByteOf(character, byte)) return false;
-    szAnsi += byte;
+    if (!TakeUtf8(szUtf8, character) || !AppendAnsi(character, szAnsi)) return false;
   }
   return true;
 }
@@ -101,18 +78,17 @@ bool Utf8ToAnsi(std::string_view szUtf8, std::string& szAnsi) {
 bool Utf16ToAnsi(std::u16string_view szUtf16, std::string& szAnsi) {
   szAnsi.clear();
   while (!szUtf16.empty()) {
-    char byte = 0;
-    if (!ByteOf(TakeUtf16(szUtf16), byte)) return false;
-    szAnsi += byte;
+    if (!AppendAnsi(TakeUtf16(szUtf16), szAnsi)) return false;
   }
   return true;
 }
 
 std::string AnsiToUtf8(std::string_view szAnsi) {
-  std::string szUtf8;
-  szUtf8.reserve(szAnsi.size());
-  for (const char byte : szAnsi) AppendUtf8(CharacterOf(static_cast<uint8_t>(byte)), szUtf8);
-  return szUtf8;
+  return Utf16ToUtf8(AnsiToUtf16(szAnsi));
+}
+
+std::string WordsToUtf8(std::string_view szWords) {
+  return IsUtf8(szWords) ? std::string(szWords) : AnsiToUtf8(szWords);
 }
 
 bool IsUtf8(std::string_view szText) {
@@ -146,21 +122,23 @@ std::u16string Utf8ToUtf16(std::string_view szUtf8) {
   return szUtf16;
 }
 
-std::string FoldCase(std::string_view szAnsi) {
-  std::string szFolded(szAnsi);
-  for (char& byte : szFolded) {
-    const auto value = static_cast<uint8_t>(byte);
-    const bool boolLetter =
-        (value >= 'A' && value <= 'Z') || (value >= 0xC0 && value <= 0xDE && value != 0xD7);
-    if (boolLetter) {
-      byte = static_cast<char>(value + 0x20);
-    } else if (value == 0x8A || value == 0x8C || value == 0x8E) {
-      byte = static_cast<char>(value + 0x10);  // S with caron, OE, Z with caron
-    } else if (value == 0x9F) {
-      byte = static_cast<char>(0xFF);  // Y with diaeresis
-    }
+size_t FindInAnsi(std::string_view szAnsi, std::string_view szSigns, size_t from) {
+  for (size_t at = from; at < szAnsi.size(); at += IsLeadByte(szAnsi[at]) ? 2 : 1) {
+    if (szSigns.find(szAnsi[at]) != std::string_view::npos) return at;
   }
-  return szFolded;
+  return std::string_view::npos;
+}
+
+size_t FindLastInAnsi(std::string_view szAnsi, std::string_view szSigns) {
+  size_t last = std::string_view::npos;
+  for (size_t at = FindInAnsi(szAnsi, szSigns); at != std::string_view::npos;
+       at = FindInAnsi(szAnsi, szSigns, at + 1))
+    last = at;
+  return last;
+}
+
+bool AnsiEndsWith(std::string_view szAnsi, char sign) {
+  return szAnsi.ends_with(sign) && FindLastInAnsi(szAnsi, {&sign, 1}) == szAnsi.size() - 1;
 }
 
 }  // namespace vex

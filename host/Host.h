@@ -65,7 +65,8 @@ class Host {
   /// What stands behind the program's name on its command line, in single-byte text: the arguments joined by
   /// one blank, where the machine does not keep the line itself.
   [[nodiscard]] virtual std::string CommandLine(int argc, char** argv) const;
-  /// The arguments in UTF-8, and a terminal that takes UTF-8 from now on.
+  /// The arguments in UTF-8, and a terminal that takes UTF-8 from now on; output that goes elsewhere is UTF-8
+  /// on every machine.
   [[nodiscard]] virtual std::vector<std::string> Arguments(int argc, char** argv) const;
   /// Stays the same for this machine; empty where nothing tells it.
   [[nodiscard]] virtual std::string MachineId() { return {}; }

@@ -30,7 +30,7 @@ std::string_view Trim(std::string_view szText) {
 
 /// A subkey as it is looked up by.
 std::string KeyOf(std::string_view szSubkey) {
-  while (szSubkey.ends_with('\\')) szSubkey.remove_suffix(1);
+  while (AnsiEndsWith(szSubkey, '\\')) szSubkey.remove_suffix(1);
   return FoldCase(szSubkey);
 }
 
@@ -144,7 +144,7 @@ void RegistryText::Decode(std::string_view szBytes) {
     // The editor writes REGEDIT4 in the machine's own code page.
     const bool boolSingleByte = szBytes.starts_with(Version4) && !IsUtf8(szBytes);
     m_Encoding = boolSingleByte ? Encoding::SingleByte : Encoding::Utf8;
-    SplitLines(szBytes);
+    SplitLines(boolSingleByte ? AnsiToUtf8(szBytes) : szBytes);
   }
 }
 
@@ -161,7 +161,8 @@ std::string RegistryText::Bytes() const {
   std::string szText;
   for (const std::string& szLine : m_Lines) szText += szLine;
   // Single bytes that have come to look like UTF-8 would be read as that; then they had better be it.
-  if (m_Encoding == Encoding::SingleByte && IsUtf8(szText)) return AnsiToUtf8(szText);
+  std::string szAnsi;
+  if (m_Encoding == Encoding::SingleByte && Utf8ToAnsi(szText, szAnsi) && !IsUtf8(szAnsi)) return szAnsi;
   if (m_Encoding == Encoding::Utf16) return std::string(Utf16Mark) + BytesOf(Utf8ToUtf16(szText));
   return m_Encoding == Encoding::Utf8WithMark ? std::string(Utf8Mark) + szText : szText;
 }
@@ -201,9 +202,9 @@ void RegistryText::ReadSection(std::string_view szContent, size_t line) {
   const size_t split = std::min(szPath.find('\\'), szPath.size());
   if (!SameWithoutCase(szPath.substr(0, split), CurrentUser)) return;
   std::string szSubkey;
-  if (!Decoded(szPath.substr(std::min(split + 1, szPath.size())), szSubkey))
+  if (!Utf8ToAnsi(szPath.substr(std::min(split + 1, szPath.size())), szSubkey))
     return Complain(line, "a key with a character that is not in the code page");
-  while (szSubkey.ends_with('\\')) szSubkey.pop_back();
+  while (AnsiEndsWith(szSubkey, '\\')) szSubkey.pop_back();
   m_Where = Where::InKey;
   m_Current = FoldCase(szSubkey);
   m_Sections[m_Current].Insert = line + 1;
@@ -225,7 +226,7 @@ size_t RegistryText::ReadValue(std::string_view szContent, size_t line) {
     Complain(line, "neither a key nor a value");
     return lines;
   }
-  if (!Decoded(szName, value.Name)) {
+  if (!Utf8ToAnsi(szName, value.Name)) {
     Complain(line, "a name with a character that is not in the code page");
     return lines;
   }
@@ -260,7 +261,7 @@ bool RegistryText::ReadData(std::string_view szRest, size_t line, RegistryTextVa
       Complain(line, "a text that does not end, or with a backslash that is not doubled");
       return false;
     }
-    if (!Decoded(szText, value.Text)) {
+    if (!Utf8ToAnsi(szText, value.Text)) {
       Complain(line, "a text with a character that is not in the code page");
       return false;
     }
@@ -287,16 +288,6 @@ void RegistryText::Complain(size_t line, const std::string& szMessage) {
   m_Errors.push_back({static_cast<int32_t>(line) + 1, szMessage});
 }
 
-bool RegistryText::Decoded(std::string_view szText, std::string& szAnsi) const {
-  if (m_Encoding != Encoding::SingleByte) return Utf8ToAnsi(szText, szAnsi);
-  szAnsi = szText;
-  return true;
-}
-
-std::string RegistryText::Encoded(const std::string& szAnsi) const {
-  return m_Encoding == Encoding::SingleByte ? szAnsi : AnsiToUtf8(szAnsi);
-}
-
 bool RegistryText::HasKey(std::string_view szSubkey) const {
   const std::string szKey = KeyOf(szSubkey);
   if (szKey.empty() || m_Keys.contains(szKey)) return true;
@@ -319,11 +310,11 @@ void RegistryText::EndLastLine(size_t count) {
 void RegistryText::AddKey(const std::string& szSubkey) {
   RequireOneLine(szSubkey);
   std::string szPath = szSubkey;
-  while (szPath.ends_with('\\')) szPath.pop_back();
+  while (AnsiEndsWith(szPath, '\\')) szPath.pop_back();
   if (m_Keys.contains(FoldCase(szPath))) return;
   EndLastLine(m_Lines.size());
   m_Lines.push_back(m_LineEnd);
-  m_Lines.push_back("[" + std::string(CurrentUser) + (szPath.empty() ? "" : "\\") + Encoded(szPath) + "]" +
+  m_Lines.push_back("[" + std::string(CurrentUser) + (szPath.empty() ? "" : "\\") + AnsiToUtf8(szPath) + "]" +
                     m_LineEnd);
   Read();
 }
@@ -335,7 +326,7 @@ void RegistryText::SetLong(const std::string& szSubkey, const std::string& szNam
 void RegistryText::SetText(const std::string& szSubkey, const std::string& szName,
                            const std::string& szText) {
   RequireOneLine(szText);
-  SetLine(szSubkey, szName, Quoted(Encoded(szText)));
+  SetLine(szSubkey, szName, Quoted(AnsiToUtf8(szText)));
 }
 
 void RegistryText::SetLine(const std::string& szSubkey, const std::string& szName,
@@ -348,7 +339,7 @@ void RegistryText::SetLine(const std::string& szSubkey, const std::string& szNam
   EndLastLine(place.First);
   const auto at = m_Lines.begin() + static_cast<std::ptrdiff_t>(place.First);
   const auto next = m_Lines.erase(at, at + static_cast<std::ptrdiff_t>(place.Count));
-  m_Lines.insert(next, Quoted(Encoded(szName)) + "=" + szContent + m_LineEnd);
+  m_Lines.insert(next, Quoted(AnsiToUtf8(szName)) + "=" + szContent + m_LineEnd);
   Read();
 }
 

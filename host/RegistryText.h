@@ -84,14 +84,12 @@ class RegistryText {
   bool ReadData(std::string_view szRest, size_t line, RegistryTextValue& value);
   [[nodiscard]] size_t LinesOfValue(size_t line) const;
   void Complain(size_t line, const std::string& szMessage);
-  [[nodiscard]] bool Decoded(std::string_view szText, std::string& szAnsi) const;
-  [[nodiscard]] std::string Encoded(const std::string& szAnsi) const;
   void EndLastLine(size_t count);
   void SetLine(const std::string& szSubkey, const std::string& szName, const std::string& szContent);
 
   Encoding m_Encoding = Encoding::Utf8;
   std::string m_LineEnd = "\n";
-  std::vector<std::string> m_Lines;  // with their ends; UTF-8, or single bytes
+  std::vector<std::string> m_Lines;  // with their ends, in UTF-8
   Where m_Where = Where::Nowhere;    // while reading: the section that the line stands in
   std::string m_Current;             // and its subkey in lower case
   std::map<std::string, RegistryTextKey> m_Keys;

@@ -35,7 +35,7 @@ std::string CommandLineOf(const std::string& szHostPath) {
 }  // namespace
 
 std::string EnsureTrailingBackslash(const std::string& szPath) {
-  return szPath.empty() || szPath.back() == '\\' ? szPath : szPath + "\\";
+  return szPath.empty() || AnsiEndsWith(szPath, '\\') ? szPath : szPath + "\\";
 }
 
 Installation::Installation(Registry& registry, Files& files, Processes& processes, MessageBoxes& boxes)

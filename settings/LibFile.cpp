@@ -1,5 +1,6 @@
 #include "settings/LibFile.h"
 
+#include "host/CodePage.h"
 #include "settings/LibRegistryVexShared.h"
 
 namespace vex {
@@ -8,7 +9,7 @@ namespace {
 
 std::string SharedFolder(Registry& registry, const std::string& szName) {
   std::string szFolder = GetSharedString(registry, szName, "", "");
-  if (!szFolder.empty() && szFolder.back() != '\\') szFolder += '\\';
+  if (!szFolder.empty() && !AnsiEndsWith(szFolder, '\\')) szFolder += '\\';
   return szFolder;
 }
 

@@ -130,7 +130,7 @@ void SequenceLoader::IndexCircuits() {
 std::string SequenceLoader::FindFrames(const std::string& szFrames) const {
   std::string szPath = Find(szFrames);
   if (!szPath.empty()) return szPath;
-  const size_t folder = m_Path.find_last_of("\\/");
+  const size_t folder = FindLastInAnsi(m_Path, "\\/");
   if (folder == std::string::npos) return {};
   szPath = m_Path.substr(0, folder + 1) + szFrames;
   return m_Files.Exists(szPath) ? szPath : std::string();
@@ -155,7 +155,7 @@ std::unique_ptr<OpenFile> SequenceLoader::Open(const std::string& szPath, const 
 std::string SequenceLoader::SingleByte(const std::string& szUtf8, const std::string& szMember) const {
   std::string szText;
   if (Utf8ToAnsi(szUtf8, szText)) return szText;
-  throw SequenceFileError(m_Name, "\"" + szMember + "\" has a character outside Windows-1252",
+  throw SequenceFileError(m_Name, "\"" + szMember + "\" has a character outside " + CodePageName(),
                           "write it without that character");
 }
 

@@ -79,7 +79,7 @@ void OscTriggers::Received(const DatagramAddress& from, std::span<const uint8_t>
   for (const OscTrigger& trigger : triggers) {
     std::string szName;
     if (!Utf8ToAnsi(trigger.Name, szName)) {
-      Wrong("a name that is not UTF-8 of characters of Windows-1252");
+      Wrong("a name that is not UTF-8 of characters of " + CodePageName());
       continue;
     }
     if (Detected) Detected(InputProperties(trigger.Network, trigger.Unit, trigger.Input, szName));

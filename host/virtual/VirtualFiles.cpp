@@ -27,7 +27,7 @@ class VirtualOpenFile final : public OpenFile {
 };
 
 std::string FolderOf(const std::string& szKey) {
-  const size_t last = szKey.rfind('\\');
+  const size_t last = FindLastInAnsi(szKey, "\\");
   return last == std::string::npos ? "" : szKey.substr(0, last);
 }
 
@@ -209,7 +209,7 @@ const std::string& VirtualFiles::KeyOf(const std::string& szPath) {
   // Below, several paths may lead to one file (drives, relative paths); the machine's own path is the same.
   std::string szKey = FoldCase(m_Below == nullptr ? szPath : m_Below->SystemPath(m_Below->HostPath(szPath)));
   std::ranges::replace(szKey, '/', '\\');
-  while (szKey.size() > 1 && szKey.back() == '\\') szKey.pop_back();
+  while (szKey.size() > 1 && AnsiEndsWith(szKey, '\\')) szKey.pop_back();
   return m_KeyOfPath[szPath] = szKey;
 }
 

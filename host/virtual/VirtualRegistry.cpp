@@ -16,7 +16,7 @@ constexpr uint32_t SetRight = 2;
 
 std::string PathOf(const std::string& szSubkey) {
   std::string szPath = FoldCase(szSubkey);
-  while (!szPath.empty() && szPath.back() == '\\') szPath.pop_back();
+  while (AnsiEndsWith(szPath, '\\')) szPath.pop_back();
   return szPath;
 }
 
@@ -153,7 +153,7 @@ RegistryKey VirtualRegistry::NewHandle(std::string szPath, bool boolRead, bool b
 
 VirtualRegistry::Values& VirtualRegistry::MakeKey(const std::string& szSubkey) {
   const std::string szPath = PathOf(szSubkey);
-  for (size_t at = szPath.find('\\'); at != std::string::npos; at = szPath.find('\\', at + 1))
+  for (size_t at = FindInAnsi(szPath, "\\"); at != std::string::npos; at = FindInAnsi(szPath, "\\", at + 1))
     m_Keys[szPath.substr(0, at)];
   return m_Keys[szPath];
 }

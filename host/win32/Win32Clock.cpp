@@ -2,8 +2,9 @@
 
 #include <array>
 
-#include "host/win32/AnsiText.h"
+#include "host/CodePage.h"
 #include "host/win32/SystemHeaders.h"
+#include "host/win32/WideText.h"
 
 namespace vex {
 namespace {
@@ -42,8 +43,11 @@ std::string Win32Clock::ShortTime() const {
   GetTimeFormatW(LOCALE_USER_DEFAULT, boolFormat ? 0 : TIME_NOSECONDS, &time,
                  boolFormat ? format.data() : nullptr, text.data(), static_cast<int>(text.size()));
   std::string szTime;
-  (void)AnsiOfUtf8(Utf8OfWide(text.data()), szTime);
-  return szTime;
+  if (Utf16ToAnsi(Utf16OfWide(text.data()), szTime)) return szTime;
+  // The user's language has words for the half of the day that the machine's code page does not know.
+  std::array<char, 8> plain{};
+  GetTimeFormatA(LOCALE_INVARIANT, 0, &time, "HH':'mm", plain.data(), static_cast<int>(plain.size()));
+  return plain.data();
 }
 
 Elapsed Win32Clock::Elapsed() const {

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <array>
 
-#include "host/win32/AnsiText.h"
+#include "host/CodePage.h"
 #include "host/win32/Handle.h"
 #include "host/win32/WholeFile.h"
+#include "host/win32/WideText.h"
 
 namespace vex {
 namespace {
@@ -84,11 +85,11 @@ bool Win32Files::Publish(const std::string& szPath, const std::string& szText) {
 
 std::unique_ptr<FileLock> Win32Files::Lock(const std::string& szPath, std::string* szReason) {
   std::string szFolder = IsPath(szPath) ? FullPath(szPath) : "";
-  szFolder.erase(std::min(szFolder.rfind('\\') + 1, szFolder.size()));
+  szFolder.erase(std::min(FindLastInAnsi(szFolder, "\\") + 1, szFolder.size()));
   if (!IsFolder(szFolder)) return Succeeded(ERROR_PATH_NOT_FOUND, szReason), nullptr;
-  CharLowerBuffA(szFolder.data(), static_cast<DWORD>(szFolder.size()));
-  std::ranges::replace(szFolder, '\\', '/');  // which the name of a mutex may hold
-  Handle mutex(CreateMutexA(nullptr, FALSE, ("Local\\VexMonitor.Folder." + szFolder).c_str()));
+  std::wstring szName = WideOfUtf16(Utf8ToUtf16(AnsiToUtf8(FoldCase(szFolder))));
+  std::ranges::replace(szName, L'\\', L'/');  // which the name of a mutex may hold
+  Handle mutex(CreateMutexW(nullptr, FALSE, (L"Local\\VexMonitor.Folder." + szName).c_str()));
   if (!mutex.Open()) return Succeeded(GetLastError(), szReason), nullptr;
   WaitForSingleObject(mutex.Get(), INFINITE);
   return std::make_unique<Win32FileLock>(std::move(mutex));
@@ -113,9 +114,9 @@ bool Win32Files::Exists(const std::string& szPath) {
 bool Win32Files::MakeFolder(const std::string& szPath) {
   if (!IsPath(szPath)) return false;
   std::string szFolder = szPath;
-  while (!szFolder.empty() && szFolder.back() == '\\') szFolder.pop_back();
-  for (size_t slash = szFolder.find('\\', 1); slash != std::string::npos;
-       slash = szFolder.find('\\', slash + 1))
+  while (AnsiEndsWith(szFolder, '\\')) szFolder.pop_back();
+  for (size_t slash = FindInAnsi(szFolder, "\\"); slash != std::string::npos;
+       slash = FindInAnsi(szFolder, "\\", slash + 1))
     CreateDirectoryA(szFolder.substr(0, slash).c_str(), nullptr);
   return CreateDirectoryA(szFolder.c_str(), nullptr) != 0 || IsFolder(szFolder + "\\");
 }
@@ -125,12 +126,12 @@ bool Win32Files::Remove(const std::string& szPath) {
 }
 
 std::string Win32Files::HostPath(const std::string& szPath) {
-  return Utf8OfAnsi(szPath);
+  return AnsiToUtf8(szPath);
 }
 
 std::string Win32Files::SystemPath(const std::string& szHostPath) {
   std::string szPath;
-  if (!AnsiOfUtf8(szHostPath, szPath)) return "";
+  if (!Utf8ToAnsi(szHostPath, szPath)) return "";
   std::ranges::replace(szPath, '/', '\\');
   return szPath;
 }
@@ -144,7 +145,7 @@ std::string Win32Files::ProgramFolder() {
   std::array<char, 4096> file{};
   const DWORD length = GetModuleFileNameA(nullptr, file.data(), static_cast<DWORD>(file.size()));
   const std::string szFile(file.data(), length);
-  return szFile.substr(0, szFile.rfind('\\'));
+  return szFile.substr(0, FindLastInAnsi(szFile, "\\"));
 }
 
 }  // namespace vex

@@ -7,10 +7,12 @@
 #include <atomic>
 #include <cstdio>
 
-#include "host/win32/AnsiText.h"
+#include "host/CodePage.h"
+#include "host/win32/Console.h"
 #include "host/win32/RegistryExport.h"
 #include "host/win32/SystemError.h"
 #include "host/win32/SystemHeaders.h"
+#include "host/win32/WideText.h"
 // Behind the others: they want the machine's words.
 #include <shellapi.h>
 #include <shlobj.h>
@@ -60,14 +62,14 @@ std::string Win32Host::CommandLine(int /*argc*/, char** /*argv*/) const {
 }
 
 std::vector<std::string> Win32Host::Arguments(int /*argc*/, char** /*argv*/) const {
-  SetConsoleOutputCP(CP_UTF8);
+  PrintOnConsoles();
   // Lines end as on every other machine, so that the same question has the same answer to the byte.
   _setmode(_fileno(stdout), _O_BINARY);
   _setmode(_fileno(stderr), _O_BINARY);
   std::vector<std::string> arguments;
   int count = 0;
   wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
-  for (int i = 0; words != nullptr && i < count; ++i) arguments.push_back(Utf8OfWide(words[i]));
+  for (int i = 0; words != nullptr && i < count; ++i) arguments.push_back(Utf16ToUtf8(Utf16OfWide(words[i])));
   LocalFree(words);
   return arguments;
 }

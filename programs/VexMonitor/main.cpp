@@ -83,7 +83,7 @@ int main(int argc, char** argv) {
     const auto host = vex::NativeHost();
     return RunPlayer(*host, host->CommandLine(argc, argv));
   } catch (const std::exception& error) {
-    std::cerr << "VexMonitor: " << vex::AnsiToUtf8(error.what()) << '\n';
+    std::cerr << "VexMonitor: " << vex::WordsToUtf8(error.what()) << '\n';
     return 1;
   }
 }

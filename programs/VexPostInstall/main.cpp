@@ -105,7 +105,7 @@ int main(int argc, char** argv) {
     vex::Install(*host);
     return 0;
   } catch (const std::exception& error) {
-    std::cerr << "VexPostInstall: " << error.what() << "\n";
+    std::cerr << "VexPostInstall: " << vex::WordsToUtf8(error.what()) << "\n";
     return 1;
   }
 }

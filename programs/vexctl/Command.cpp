@@ -7,9 +7,8 @@ namespace vex {
 std::string SystemText(const std::string& szArgument, const std::string& szWhat) {
   std::string szText;
   if (Utf8ToAnsi(szArgument, szText)) return szText;
-  throw CommandFailure(ExitUsage,
-                       szWhat + " \"" + szArgument +
-                           "\" holds a character outside Windows-1252; rename it without that character");
+  throw CommandFailure(ExitUsage, szWhat + " \"" + szArgument + "\" holds a character outside " +
+                                      CodePageName() + "; rename it without that character");
 }
 
 }  // namespace vex

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "basic/Error.h"
+#include "host/CodePage.h"
 #include "host/Host.h"
 #include "programs/vexctl/AuthoringCommands.h"
 #include "programs/vexctl/Command.h"
@@ -110,7 +111,7 @@ int main(int argc, char** argv) {
     std::cerr << "vexctl: " << failure.what() << "\n";
     return failure.Status;
   } catch (const std::exception& error) {
-    std::cerr << "vexctl: " << error.what() << "\n";
+    std::cerr << "vexctl: " << vex::WordsToUtf8(error.what()) << "\n";
     return vex::ExitCannot;
   }
 }

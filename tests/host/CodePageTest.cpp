@@ -68,6 +68,29 @@ TEST(CodePage, FoldCaseKnowsTheLettersOfTheCodePage) {
   EXPECT_EQ(FoldCase("\xD7\xDF\xF7\x80\xAA"), "\xD7\xDF\xF7\x80\xAA");
 }
 
+TEST(CodePage, SignsAreFoundFromTheFrontAndFromTheBack) {
+  const std::string szPath = "C:\\F\xFCr\\eve.shw";
+  EXPECT_EQ(FindInAnsi(szPath, "\\"), 2U);
+  EXPECT_EQ(FindInAnsi(szPath, "\\", 3), 6U);
+  EXPECT_EQ(FindInAnsi(szPath, "\\", 7), std::string::npos);
+  EXPECT_EQ(FindInAnsi(szPath, "\\", 100), std::string::npos);
+  EXPECT_EQ(FindLastInAnsi(szPath, "/\\"), 6U);
+  EXPECT_EQ(FindLastInAnsi(szPath, "|"), std::string::npos);
+  EXPECT_EQ(FindLastInAnsi("", "\\"), std::string::npos);
+}
+
+TEST(CodePage, TheEndIsSeen) {
+  EXPECT_TRUE(AnsiEndsWith("C:\\", '\\'));
+  EXPECT_TRUE(AnsiEndsWith("\\", '\\'));
+  EXPECT_FALSE(AnsiEndsWith("C:\\a", '\\'));
+  EXPECT_FALSE(AnsiEndsWith("", '\\'));
+}
+
+TEST(CodePage, WordsOfEitherKindBecomeUtf8) {
+  EXPECT_EQ(WordsToUtf8("no F\xFCr.shw"), "no F\xC3\xBCr.shw");
+  EXPECT_EQ(WordsToUtf8("no \xE2\x9C\x93.shw"), "no \xE2\x9C\x93.shw");
+}
+
 TEST(CodePageProperty, EverySingleByteTextComesBack) {
   EXPECT_TRUE(rc::check("through UTF-8 and UTF-16", [](const std::string& szText) {
     std::string szBack;

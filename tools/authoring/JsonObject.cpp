@@ -14,7 +14,7 @@ std::string SingleByte(const nlohmann::json& value, const std::string& szPlace) 
   if (!value.is_string()) RefuseJson(szPlace, "must be a text");
   std::string szText;
   if (!Utf8ToAnsi(value.get_ref<const std::string&>(), szText)) {
-    RefuseJson(szPlace, "holds a character outside Windows-1252");
+    RefuseJson(szPlace, "holds a character outside " + CodePageName());
   }
   return szText;
 }

@@ -21,7 +21,7 @@ namespace vex {
 
 /// What is missing is as in a new show. Raises number 13 with the place and what is wrong there: no JSON
 /// (with line and column), another format, a name that is not known or stands twice, a value of another
-/// kind, a number beyond 32 bits, text with a character outside Windows-1252, an input without sequences or
+/// kind, a number beyond 32 bits, text with a character outside the code page, an input without sequences or
 /// a group without inputs.
 [[nodiscard]] std::shared_ptr<Show> ShowFromJson(std::string_view szJson);
 

@@ -56,7 +56,7 @@ class InputLine {
     std::string szText;
     if (!value.is_string()) Fail(std::string("\"") + szName + "\" is no text");
     if (!Utf8ToAnsi(value.get<std::string>(), szText))
-      Fail(std::string("\"") + szName + "\" has a character outside Windows-1252");
+      Fail(std::string("\"") + szName + "\" has a character outside " + CodePageName());
     return szText;
   }
 
