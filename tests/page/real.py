@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
-"""The page of the real tray before the real player: sets the scene for tests/page/real.js.
+"""The page of the real tray before the real player: sets the scene for tests/page/real.js and hostile.js.
 
     tests/page/real.py BUILD
 
 Prints "ok" or "not ok" with the name, as the other tests do.
 """
+import json
 import os
 import pathlib
 import socket
@@ -18,6 +19,7 @@ sys.path.insert(0, str(HERE.parent / "e2e"))
 
 import run  # noqa: E402  (the folder of the end-to-end tests is known only now)
 import stage  # noqa: E402
+import test_tray_names  # noqa: E402
 
 
 def free_port():
@@ -32,6 +34,17 @@ def answers(url):
             return answer.status == 200
     except OSError:
         return False
+
+
+class HostilePage(test_tray_names.HostileNames):
+    def test_hostile_names_are_text_in_a_browser(self):
+        self.play_them()
+        names = self.folder / "names.json"
+        names.write_text(json.dumps({"show": test_tray_names.MARKUP, "sequence": test_tray_names.SEQUENCE,
+                                     "trigger": test_tray_names.TRIGGER, "missing": test_tray_names.LONG}))
+        played = subprocess.run(["node", str(HERE / "hostile.js"), f"http://127.0.0.1:{self.page}/", str(names)],
+                                capture_output=True, text=True, timeout=120)
+        self.assertEqual(played.returncode, 0, (played.stdout + played.stderr)[-3000:])
 
 
 class RealPage(stage.Stage):
@@ -60,7 +73,9 @@ def main():
         print(__doc__, file=sys.stderr)
         return 2
     os.environ["VEX_E2E_PROGRAMS"] = str((pathlib.Path(sys.argv[1]) / "bin").resolve())
-    return 0 if run.report(*run.run(RealPage("test_each_button_does_to_the_player_what_it_says"))) else 1
+    cases = [RealPage("test_each_button_does_to_the_player_what_it_says"),
+             HostilePage("test_hostile_names_are_text_in_a_browser")]
+    return 0 if all([run.report(*run.run(case)) for case in cases]) else 1
 
 
 if __name__ == "__main__":

@@ -18,7 +18,7 @@ export function playing(more = {}) {
 
 export function trouble() {
   const state = playing({ light: "trouble", since: "2026-12-24 18:00:03",
-    why: ["Universe 1 has not been seen since 18:00:03.", "The sound stands still since 18:00:03."] });
+    why: ["no packets are seen of universe 1, since 2026-12-24 18:00:03", "the sound position stands still, since 2026-12-24 18:00:03"] });
   state.packets = { ...state.packets, ok: false, since: "2026-12-24 18:00:03", seen: false };
   state.sound = { ...state.sound, ok: false, since: "2026-12-24 18:00:03", moving: false };
   return state;
@@ -33,10 +33,10 @@ export function off() {
 }
 
 export const lines = [
-  { time: "2026-12-24 17:59:58", level: 1, text: "Show player initialised", count: 1 },
-  { time: "2026-12-24 18:00:00", level: 1, text: "Starting show eve.shw", count: 1 },
-  { time: "2026-12-24 18:00:01", level: 3, text: "ERROR WITH SEQUENCE snow.vexseq: File not found", count: 3 },
-  { time: "2026-12-24 18:00:02", level: 1, text: "Starting carol.vexseq", count: 1 },
+  { time: "2026-12-24 17:59:58", level: 1, text: "Show Player initialized", count: 1 },
+  { time: "2026-12-24 18:00:00", level: 1, text: "Starting show: eve.shw", count: 1 },
+  { time: "2026-12-24 18:00:01", level: 3, text: "ERROR WITH SEQUENCE (File not found) Musical: snow.vexseq", count: 3 },
+  { time: "2026-12-24 18:00:02", level: 1, text: "Starting Musical: carol.vexseq", count: 1 },
   { time: "2026-12-24 18:00:03", level: 0, text: "Checking sequences", count: 12 },
 ];
 

@@ -84,7 +84,7 @@ export const tests = {
 
   "tells what is missing, each cause apart": played({ state: samples.trouble() }, async ({ page }) => {
     await shows(page, "light", "Trouble");
-    await shows(page, "why", "Universe 1 has not been seen since 18:00:03.");
+    await shows(page, "why", "no packets are seen of universe 1, since 2026-12-24 18:00:03");
     assert.equal(await page.locator("#cause-player").getAttribute("class"), "good");
     assert.equal(await page.locator("#cause-packets").getAttribute("class"), "bad");
     assert.equal(await page.locator("#cause-sound").getAttribute("class"), "bad");
@@ -104,8 +104,8 @@ export const tests = {
   }),
 
   "lines come as they are written, errors in front": played(usual, async ({ page, stage }) => {
-    await shows(page, "lines", "Starting carol.vexseq");
-    await shows(page, "errors", "ERROR WITH SEQUENCE snow.vexseq: File not found");
+    await shows(page, "lines", "Starting Musical: carol.vexseq");
+    await shows(page, "errors", "ERROR WITH SEQUENCE (File not found) Musical: snow.vexseq");
     await shows(page, "errors", "3 times");
     stage.publish("line", { time: "2026-12-24 18:00:09", level: 3, text: "ERROR PLAYING SEQUENCE", count: 1 });
     await shows(page, "errors", "ERROR PLAYING SEQUENCE");
@@ -212,7 +212,7 @@ export const tests = {
   }),
 
   "lines that came while there was no connection are there afterwards": played(usual, async ({ page, stage }) => {
-    await shows(page, "lines", "Starting carol.vexseq");
+    await shows(page, "lines", "Starting Musical: carol.vexseq");
     await stage.stop();
     await shows(page, "light", "Unknown");
     await stage.start();
