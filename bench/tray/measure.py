@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """What vextray costs while a show plays, and what open pages cost the show.
 
-    bench/tray/measure.py BUILD [--pages N] [--seconds N] [--browser]
+    bench/tray/measure.py BUILD [--pages N] [--seconds N] [--universes N] [--browser]
 
-The real player of BUILD plays four universes of 40 frames a second in which every slot changes, as multicast on the
-loopback interface; vextray hears them and serves N pages (1), each of them read as fast as events come. Printed are
+The real player of BUILD plays universes (4) of 40 frames a second that change in each, as multicast on the loopback
+interface; vextray hears them and serves N pages (1), each of them read as fast as events come. Printed are
 vextray's processor time and memory, how much later than a frame the player's packets followed each other (kernel time
 stamps), and how long a line took from the press that the player writes it for to the pages. With --browser a real browser opens the
 page besides (tests/page/measure_real.js): how soon it can be used, and how soon a line stands on it.
@@ -27,7 +27,8 @@ sys.path.insert(0, str(ROOT / "tests" / "e2e"))
 
 import stage  # noqa: E402  (the folder of the end-to-end tests is known only now)
 
-UNIVERSES = 4
+FIRST = 301  # of the universes; nobody else's
+SLOTS = 2048  # that change, shared by all universes
 GRID = 0.025
 WAVE = 6.375  # 255 frames, so that every slot changes in each
 SO_TIMESTAMPNS = 35
@@ -58,18 +59,19 @@ class Scene(stage.Stage):
     def runTest(self):
         pass
 
-    def begin(self, seconds):
+    def begin(self, seconds, universes):
         self.setUp()
         with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as probe:
             probe.bind(("127.0.0.1", 0))
             self.osc = probe.getsockname()[1]
         self.link = {"LocalPort": self.osc, "On": 1}
-        self.output = {"Protocol": "sacn", "Interface": "127.0.0.1", "SourceName": NAME, "FirstUniverse": 301}
+        self.output = {"Protocol": "sacn", "Interface": "127.0.0.1", "SourceName": NAME, "FirstUniverse": FIRST}
         # Up and down without an end within the measurement: where a sequence begins again a frame is left out.
         waves = int((seconds + 120) / WAVE)
         events = [{"kind": "main", "network": 0, "unit": unit, "circuit": circuit, "start": wave * WAVE,
                    "end": (wave + 1) * WAVE, "from": wave % 2 * 100, "to": 100 - wave % 2 * 100}
-                  for wave in range(waves) for unit in range(1, UNIVERSES + 1) for circuit in range(1, 513)]
+                  for wave in range(waves) for unit in range(1, universes + 1)
+                  for circuit in range(1, SLOTS // universes + 1)]
         (self.sequences / "all.vexseq").write_text(json.dumps(
             {"format": "vexseq", "version": 1, "duration": waves * WAVE, "events": events}))
         self.write_show(background=["all.vexseq"])
@@ -171,19 +173,21 @@ def main():
     parser.add_argument("build", type=pathlib.Path)
     parser.add_argument("--pages", type=int, default=1)
     parser.add_argument("--seconds", type=float, default=60)
+    parser.add_argument("--universes", type=int, default=4)
     parser.add_argument("--browser", action="store_true")
     options = parser.parse_args()
     os.environ["VEX_E2E_PROGRAMS"] = str((options.build / "bin").resolve())
     scene = Scene()
     try:
-        scene.begin(options.seconds)
+        scene.begin(options.seconds, options.universes)
         lines = {}
         pages = [Page(scene.page, lines if number == 0 else None) for number in range(options.pages)]
-        packets = Packets(301)
+        packets = Packets(FIRST)
         began, spent, player = time.monotonic(), processor(scene.vextray.pid), processor(scene.player.pid)
         pressed = watch(scene, [packets, *pages], options.seconds)
         took = time.monotonic() - began
-        print("load average %.1f, %d pages, %.0f s" % (os.getloadavg()[0], options.pages, took))
+        print("load average %.1f, %d pages, %d universes, %.0f s" % (os.getloadavg()[0], options.pages, options.universes,
+                                                                     took))
         print("vextray: %.2f %% of a core, %s" % (100 * (processor(scene.vextray.pid) - spent) / took,
                                                   memory(scene.vextray.pid)))
         print("player: %.2f %% of a core" % (100 * (processor(scene.player.pid) - player) / took))
