@@ -1,3 +1,6 @@
+#include <future>
+#include <thread>
+
 #include "tests/tray_web/Visit.h"
 
 namespace vex {
@@ -102,6 +105,20 @@ TEST_F(Passworded, LoggingOutEndsTheSession) {
   EXPECT_EQ(result->status, 200);
   EXPECT_NE(result->get_header_value("Set-Cookie").find("Max-Age=0"), std::string::npos);
   EXPECT_EQ(Get("/api/state", {{"Cookie", szCookie}})->status, 401);
+}
+
+TEST_F(Passworded, LoggingOutEndsWhatThePageHears) {
+  const auto szCookie = LogIn("looking only");
+  auto heard = std::async(std::launch::async, [&] {
+    return Raw("GET /api/events HTTP/1.1\r\nHost: " + Host() + "\r\nCookie: " + szCookie + "\r\n\r\n", true);
+  });
+  while (TheServer.Listeners() == 0) std::this_thread::yield();
+  ASSERT_EQ(Post("/api/logout", "{}", AsPage(szCookie))->status, 200);
+  TheServer.Publish("line", R"({"text":"not for strangers"})");
+  const auto szHeard = heard.get();
+  EXPECT_NE(szHeard.find("text/event-stream"), std::string::npos);
+  EXPECT_EQ(szHeard.find("not for strangers"), std::string::npos);
+  EXPECT_EQ(Get("/api/events", {{"Cookie", szCookie}})->status, 401);
 }
 
 TEST_F(Passworded, LoggingInIsGuardedLikeAnyChange) {

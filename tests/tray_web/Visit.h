@@ -48,12 +48,13 @@ class Visit : public testing::Test {
     return client.Post(szPath, headers, szBody, szType);
   }
 
-  /// What comes back for these bytes, up to the end of the connection.
-  [[nodiscard]] std::string Raw(const std::string& szBytes) const {
+  /// What comes back for these bytes, up to the end of the connection; the server ends it where it stays
+  /// open on this side.
+  [[nodiscard]] std::string Raw(const std::string& szBytes, bool boolStaysOpen = false) const {
     const int socket = Connect();
     std::string szAnswer;
     ::send(socket, szBytes.data(), szBytes.size(), MSG_NOSIGNAL);
-    ::shutdown(socket, SHUT_WR);
+    if (!boolStaysOpen) ::shutdown(socket, SHUT_WR);
     char some[4096];
     for (ssize_t count = 0; (count = ::recv(socket, some, sizeof(some), 0)) > 0;) {
       szAnswer.append(some, static_cast<size_t>(count));
