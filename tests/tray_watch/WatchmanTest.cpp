@@ -199,6 +199,28 @@ TEST_F(Evening, AHeartbeatThatFailedWithoutALineIsNotedOnce) {
   EXPECT_EQ(State.Errors, 1u);
 }
 
+TEST_F(Evening, AHeartbeatThatFailedBeforeTheWatchBeganIsNoNews) {
+  Host.EventLoop().Advance(3'600'000);
+  Begin();
+  StartPlayer();
+  Seconds(2);
+  Says({}, {}, "Timer Error: Overflow");
+  Seconds(3);
+  EXPECT_FALSE(Said("Timer Error: Overflow"));
+  EXPECT_EQ(State.Light.Colour, LightColour::Idle);
+}
+
+TEST_F(Evening, SongsWithoutALoudspeakerAreAnErrorOfTheLog) {
+  Begin();
+  StartPlayer();
+  Seconds(2);
+  Says({}, {}, "No sound output can be opened: media play without sound");
+  Seconds(3);
+  EXPECT_TRUE(Said("No sound output can be opened: media play without sound"));
+  EXPECT_EQ(Lines.back().Level, LogLine::LevelError);
+  EXPECT_EQ(State.Light.Colour, LightColour::Idle);
+}
+
 TEST_F(Evening, AStatusFileThatIsNoneChangesNothing) {
   Begin();
   StartPlayer();

@@ -57,6 +57,7 @@ Watchman::Watchman(Host& host, WatchmanOptions options)
 
 void Watchman::Begin() {
   constexpr uint64_t formerBytes = 65536;
+  m_Began = FormatDateTime(m_Host.Clock().Now());
   if (LineCame) (void)LogReader(m_Host.Files(), StateFile(m_Host, "log")).ReadEnd(formerBytes, LineCame);
   Note(LogLine::LevelCourse, "vextray begins");
   if (!m_Log.Save()) {
@@ -190,18 +191,22 @@ void Watchman::TakeStatus(PlayerWord word) {
   m_History.Report(ShowOfReport(m_Player.Current), m_Host.Clock().Now());
 }
 
-// A heartbeat that failed writes no line; the status file alone knows of it. Its time is compared so that one
-// from before vextray's own beginning is not told as new.
+// A heartbeat that failed writes no line, nor does a song without a loudspeaker; the status file alone knows
+// of them. A heartbeat's time is compared so that one from before vextray's own beginning is not told as new.
 void Watchman::NoteSilentFailure() {
   const auto& failure = m_Player.LastError;
   if (!failure || std::ranges::find(m_ErrorsHeard, failure->Text) != m_ErrorsHeard.end()) return;
-  if (failure->Text.find("Timer Error: ") == std::string::npos &&
-      failure->Text.find("ReportShowsToTray Error: ") == std::string::npos)
-    return;
+  const bool boolHeartbeat = failure->Text.find("Timer Error: ") != std::string::npos ||
+                             failure->Text.find("ReportShowsToTray Error: ") != std::string::npos;
+  const bool boolSilent = failure->Text.starts_with("No sound output");
+  if (!boolSilent && (!boolHeartbeat || failure->Time < m_Began)) return;
   m_ErrorsHeard.push_back(failure->Text);
   if (m_ErrorsHeard.size() > ErrorsHeard) m_ErrorsHeard.pop_front();
-  m_LastError = m_Host.Clock().Elapsed();
-  m_ErrorText = failure->Text;
+  // A song without a loudspeaker goes on; whether it is missed is for the sound's own cause to say.
+  if (boolHeartbeat) {
+    m_LastError = m_Host.Clock().Elapsed();
+    m_ErrorText = failure->Text;
+  }
   ++m_Errors;
   Note(LogLine::LevelError, failure->Text);
 }

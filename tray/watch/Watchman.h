@@ -84,6 +84,7 @@ class Watchman {
   bool m_Complained = false;
   uint64_t m_HistoryTold = 0;
 
+  std::string m_Began;  // the wall clock's time, as the status file writes times
   std::string m_StatusText;
   PlayerWord m_Player;
   std::map<std::string, PlayingSequence> m_Playing;

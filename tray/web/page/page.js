@@ -158,7 +158,8 @@ function packetsText(packets) {
 function soundText(sound) {
   if (!sound.needed) return "none needed";
   if (!sound.moving) return "stands still";
-  return `moves${typeof sound.position === "number" ? `, ${duration(sound.position * 1000)}` : ""}`;
+  const position = typeof sound.position === "number" ? `, ${duration(sound.position * 1000)}` : "";
+  return `moves${position}${sound.by === "lights" ? " (by the lights, which follow it)" : ""}`;
 }
 
 function showLight() {
