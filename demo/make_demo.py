@@ -63,6 +63,7 @@ def settings_text(folder, address, link_port):
     def path(below):
         return ("Z:" + str(folder / below)).replace("/", "\\").replace("\\", "\\\\") + "\\\\"
 
+    interface = '"Interface"="127.0.0.1"\n' if address.startswith("239.") else ""  # a group's packets stay here
     return f"""Windows Registry Editor Version 5.00
 
 [HKEY_CURRENT_USER\\Software\\Brillara]
@@ -79,8 +80,7 @@ def settings_text(folder, address, link_port):
 [HKEY_CURRENT_USER\\Software\\Brillara\\Output]
 "Protocol"="sacn"
 "Host"="{address}"
-"Interface"="127.0.0.1"
-"SourceName"="VexMonitor demonstration"
+{interface}"SourceName"="VexMonitor demonstration"
 
 [HKEY_CURRENT_USER\\Software\\Brillara\\XLK]
 "LocalPort"=dword:{link_port:08x}
