@@ -24,12 +24,15 @@ namespace vex {
 /// Where a program prints what it was asked for, and what it has to say besides.
 enum class StandardStream { Output, Error };
 
-/// Where things lie on this machine, as its user is told: whole sentences for --help, and a line for when no
-/// player is found.
+/// Where things lie on this machine, as its user is told: whole sentences for --help, a line for when no
+/// player is found, and remedies.
 struct PlaceWords {
   std::string Player;
   std::string Settings;
   std::string NoPlayer = "no player is running; start VexMonitor";
+  /// What helps, where a player should run and where the programs cannot meet.
+  std::string StartPlayer = "start VexMonitor";
+  std::string MendMeetingPlace;
 };
 
 /// Everything asked of the machine, gathered. Programs make one and hand each class the one or two seams

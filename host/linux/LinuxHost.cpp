@@ -59,7 +59,9 @@ PlaceWords LinuxHost::Places() const {
       "The player is found in VEX_RUNTIME_DIR (default $XDG_RUNTIME_DIR/vexmonitor, else "
       "/tmp/vexmonitor-UID).",
       "The settings file is VEX_SETTINGS, else $XDG_CONFIG_HOME/vexmonitor/settings.reg.",
-      "no player is running; start VexMonitor, or set VEX_RUNTIME_DIR to its folder"};
+      "no player is running; start VexMonitor, or set VEX_RUNTIME_DIR to its folder",
+      "start VexMonitor, or the service: systemctl --user enable --now vexmonitor",
+      "set VEX_RUNTIME_DIR, or XDG_RUNTIME_DIR, to a short path of this account's own"};
 }
 
 bool LinuxHost::IsTerminal(StandardStream stream) const {

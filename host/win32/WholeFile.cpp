@@ -15,9 +15,14 @@ constexpr size_t Block = 1U << 30;
 constexpr int Attempts = 20;
 constexpr DWORD BetweenAttemptsMs = 1;
 
-bool IsFolder(const std::string& szPath) {
+// What somebody may have said of a file, and what holds for the one in its place too.
+constexpr DWORD KeptAttributes = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
+                                 FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+
+/// None for a file that does not exist.
+DWORD AttributesOf(const std::string& szPath) {
   const DWORD attributes = GetFileAttributesA(szPath.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  return attributes == INVALID_FILE_ATTRIBUTES ? 0 : attributes;
 }
 
 uint32_t WriteAll(HANDLE file, std::string_view szText) {
@@ -31,12 +36,11 @@ uint32_t WriteAll(HANDLE file, std::string_view szText) {
 }
 
 /// A file beside szPath that did not exist before; its name tells what it was if it is ever left over.
-Handle NewFileBeside(const std::string& szPath, std::string& szNew) {
+Handle NewFileBeside(const std::string& szPath, DWORD attributes, std::string& szNew) {
   static unsigned counter = 0;
   while (true) {
     szNew = szPath + ".new-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++counter);
-    Handle file(
-        CreateFileA(szNew.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+    Handle file(CreateFileA(szNew.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, attributes, nullptr));
     if (file.Open() || GetLastError() != ERROR_FILE_EXISTS) return file;
   }
 }
@@ -86,9 +90,12 @@ uint32_t ReadWholeFile(const std::string& szPath, std::string& szContents) {
 }
 
 uint32_t WriteWholeFile(const std::string& szPath, std::string_view szText, Flush flush) {
-  if (IsFolder(szPath)) return ERROR_ACCESS_DENIED;
+  const DWORD old = AttributesOf(szPath);
+  // Not every machine refuses to put another file in the place of one that is read-only.
+  if ((old & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0) return ERROR_ACCESS_DENIED;
+  const DWORD kept = old & KeptAttributes;
   std::string szNew;
-  Handle file = NewFileBeside(szPath, szNew);
+  Handle file = NewFileBeside(szPath, kept == 0 ? FILE_ATTRIBUTE_NORMAL : kept, szNew);
   if (!file.Open()) return GetLastError();
   uint32_t code = WriteAll(file.Get(), szText);
   if (code == 0 && flush == Flush::Yes && FlushFileBuffers(file.Get()) == 0) code = GetLastError();

@@ -103,7 +103,8 @@ RegistryText Win32Host::ExportSettings(const std::string& szSubkey) {
 PlaceWords Win32Host::Places() const {
   return {"The player is found by its window, on the desktop of this user.",
           "The settings lie in the registry, in HKEY_CURRENT_USER\\Software\\Brillara.",
-          "no player is running; start VexMonitor.exe as the same user, on the same desktop"};
+          "no player is running; start VexMonitor.exe as the same user, on the same desktop",
+          "start VexMonitor.exe as the user whose shows play", ""};
 }
 
 bool Win32Host::IsTerminal(StandardStream stream) const {

@@ -43,10 +43,10 @@ class Songs {
 void RunDoctor(CommandContext& context) {
   Host& host = context.Machine;
   Songs songs(context);
-  const auto findings = Examine({host.Clock(), host.EventLoop(), host.Files(), host.Registry(),
-                                 host.Datagrams(), host.Facilities(), host.Processes(), host.MessageBoxes(),
-                                 host.SettingsFile(), host.PlayerFinder().FindPlayer(),
-                                 [&songs](const std::string& szPath) { return songs.Trouble(szPath); }});
+  const auto findings = Examine(
+      {host.Clock(), host.EventLoop(), host.Files(), host.Registry(), host.Datagrams(), host.Facilities(),
+       host.Processes(), host.MessageBoxes(), host.SettingsFile(), host.PlayerFinder().FindPlayer(),
+       [&songs](const std::string& szPath) { return songs.Trouble(szPath); }, host.Places()});
   for (const Finding& finding : findings) context.Json ? PrintJson(finding) : PrintWords(finding);
   const auto bad = std::ranges::count(findings, FindingLevel::Bad, &Finding::Level);
   if (bad == 0) return;

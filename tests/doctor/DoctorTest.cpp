@@ -59,9 +59,18 @@ class DoctorTest : public testing::Test {
     Host.Registry().SetLong(Key(szSubkey), szName, number);
   }
   [[nodiscard]] std::vector<Finding> All() {
-    return Examine({Host.Clock(), Host.EventLoop(), Host.Files(), Host.Registry(), Host.Datagrams(),
-                    Host.Facilities(), Host.Processes(), Host.MessageBoxes(), "C:\\settings.reg", Player,
-                    SongTrouble});
+    return Examine({Host.Clock(),
+                    Host.EventLoop(),
+                    Host.Files(),
+                    Host.Registry(),
+                    Host.Datagrams(),
+                    Host.Facilities(),
+                    Host.Processes(),
+                    Host.MessageBoxes(),
+                    "C:\\settings.reg",
+                    Player,
+                    SongTrouble,
+                    {"", "", "", "start it so", "meet elsewhere"}});
   }
   /// "LEVEL FOUND" of a subject's lines.
   [[nodiscard]] std::vector<std::string> Of(const std::string& szSubject) {
@@ -351,12 +360,14 @@ TEST_F(DoctorTest, ADiskThatIsReadOnlyIsBad) {
 TEST_F(DoctorTest, AMeetingPlaceThatCannotBeUsedIsBad) {
   Host.Facilities().Meeting = {Verdict::No, "/tmp/x belongs to another user"};
   EXPECT_THAT(Of("meeting place"), ElementsAre("bad /tmp/x belongs to another user"));
+  EXPECT_THAT(All(), Contains(Field(&Finding::Remedy, "meet elsewhere")));
   ExpectOnly("meeting place");
 }
 
 TEST_F(DoctorTest, APlayerThatDoesNotRunIsAWarning) {
   Player = 0;
   EXPECT_THAT(Of("player"), ElementsAre("warning no player is running"));
+  EXPECT_THAT(All(), Contains(Field(&Finding::Remedy, "start it so")));
   ExpectOnly("player");
 }
 

@@ -116,9 +116,9 @@ TEST_F(RegistryExport, ManyValuesAndLongOnesAreAllThere) {
 
 TEST(Win32Host, TellsWhereThingsLieInWordsOfThisMachine) {
   const PlaceWords words = Win32Host().Places();
-  for (const std::string& szWords : {words.Player, words.Settings, words.NoPlayer}) {
+  for (const std::string& szWords : {words.Player, words.Settings, words.NoPlayer, words.StartPlayer}) {
     EXPECT_NE(szWords, "");
-    for (const char* szForeign : {"VEX_", "XDG", "/tmp"})
+    for (const char* szForeign : {"VEX_", "XDG", "/tmp", "systemctl"})
       EXPECT_EQ(szWords.find(szForeign), std::string::npos);
   }
 }

@@ -169,6 +169,37 @@ TEST(Win32Files, NothingIsLeftBesideAFileThatCouldNotBeWritten) {
   EXPECT_EQ(count, 1U);
 }
 
+TEST(Win32Files, FileThatIsWrittenAnewStaysHidden) {
+  const TemporaryFolder folder;
+  Win32Files files;
+  const std::string szFile = folder.Path() + "eve.shw";
+  ASSERT_TRUE(files.Write(szFile, "old", nullptr));
+  constexpr DWORD attributes = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+  ASSERT_TRUE(SetFileAttributesA(szFile.c_str(), attributes));
+  ASSERT_EQ(GetFileAttributesA(szFile.c_str()) & attributes, attributes);
+  ASSERT_TRUE(files.Write(szFile, "new", nullptr));
+  EXPECT_EQ(GetFileAttributesA(szFile.c_str()) & attributes, attributes);
+  std::string szContents;
+  ASSERT_TRUE(files.Read(szFile, szContents, nullptr));
+  EXPECT_EQ(szContents, "new");
+}
+
+TEST(Win32Files, FileThatSomebodyHasMadeReadOnlyStaysAsItIs) {
+  const TemporaryFolder folder;
+  Win32Files files;
+  const std::string szFile = folder.Path() + "eve.shw";
+  ASSERT_TRUE(files.Write(szFile, "old", nullptr));
+  ASSERT_TRUE(SetFileAttributesA(szFile.c_str(), FILE_ATTRIBUTE_READONLY));
+  std::string szReason;
+  EXPECT_FALSE(files.Write(szFile, "new", &szReason));
+  EXPECT_NE(szReason, "");
+  EXPECT_NE(GetFileAttributesA(szFile.c_str()) & FILE_ATTRIBUTE_READONLY, 0U);
+  std::string szContents;
+  ASSERT_TRUE(files.Read(szFile, szContents, nullptr));
+  EXPECT_EQ(szContents, "old");
+  ASSERT_TRUE(SetFileAttributesA(szFile.c_str(), FILE_ATTRIBUTE_NORMAL));
+}
+
 TEST(Win32Files, LockIsOneForAllFilesOfAFolder) {
   const TemporaryFolder folder;
   Win32Files files;

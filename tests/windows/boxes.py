@@ -82,6 +82,18 @@ def an_installation_that_is_missing_is_told_in_a_box(stage):
         stage.machine.bring(stage.programs / "VexPostInstall.exe")
 
 
+def a_missing_post_installation_program_ends_the_player_without_a_box(stage):
+    """Nothing can be mended then, and a player that nobody has installed has nothing to say."""
+    stage.call("reg", "delete", network.KEY, "/f")
+    stage.path("VexPostInstall.exe").unlink()
+    try:
+        stage.start()
+        status = stage.end_status()  # which would not come while a box stood
+        stage.expect((status, stage.said()) == (1, ""), f"the player ends with {status}")
+    finally:
+        stage.machine.bring(stage.programs / "VexPostInstall.exe")
+
+
 def a_second_player_is_silent_beside_a_box(stage):
     stage.components["Lights"] = "candles"
     stage.write_settings()
@@ -106,7 +118,8 @@ def a_player_that_shows_a_box_still_ends_when_it_is_asked_to(stage):
 
 
 CASES = (lights_that_are_not_installed_are_told_in_a_box, a_setting_that_means_nothing_is_told_in_a_box,
-         an_installation_that_is_missing_is_told_in_a_box, a_second_player_is_silent_beside_a_box,
+         an_installation_that_is_missing_is_told_in_a_box,
+         a_missing_post_installation_program_ends_the_player_without_a_box, a_second_player_is_silent_beside_a_box,
          a_player_that_shows_a_box_still_ends_when_it_is_asked_to)
 
 

@@ -4,19 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "host/Windows.h"
+#include "host/Host.h"
 #include "tools/doctor/Finding.h"
 
 namespace vex {
-
-class Clock;
-class Datagrams;
-class EventLoop;
-class Facilities;
-class Files;
-class MessageBoxes;
-class Processes;
-class Registry;
 
 /// What the examination looks at. The references outlive it.
 struct DoctorNeeds {
@@ -34,6 +25,8 @@ struct DoctorNeeds {
   WindowHandle Player = 0;
   /// Why a song's file cannot be played, or nothing; empty where songs need only exist.
   std::function<std::string(const std::string& szPath)> SongTrouble;
+  /// This machine's own words for what helps.
+  PlaceWords Places = {};
 };
 
 /// Looks a machine over before the season, from the account that plays to the last song of the last show:

@@ -125,16 +125,14 @@ void ExamineSequenceFolders(Examination& examination) {
 void ExamineMeetingPlace(Examination& examination) {
   const FacilityAnswer place = examination.Needs.Machine.MeetingPlace();
   if (place.Is == Verdict::No)
-    examination.Bad("meeting place", place.Words,
-                    "set VEX_RUNTIME_DIR, or XDG_RUNTIME_DIR, to a short path of this account's own");
+    examination.Bad("meeting place", place.Words, examination.Needs.Places.MendMeetingPlace);
   else if (place.Is == Verdict::Yes)
     examination.Good("meeting place", place.Words);
 }
 
 void ExaminePlayer(Examination& examination) {
   if (examination.Needs.Player == 0)
-    examination.Warn("player", "no player is running",
-                     "start VexMonitor, or the service: systemctl --user enable --now vexmonitor");
+    examination.Warn("player", "no player is running", examination.Needs.Places.StartPlayer);
   else
     examination.Good("player", "running; vexctl status tells what it plays");
 }
