@@ -5,8 +5,6 @@
 #include <utility>
 
 #include "host/win32/SystemError.h"
-// Behind the others: it wants the machine's words.
-#include <mmsystem.h>
 
 namespace vex {
 
@@ -24,7 +22,6 @@ struct Win32EventLoop::Source {
 
 namespace {
 
-constexpr DWORD SharpTimer = 0x2;  // CREATE_WAITABLE_TIMER_HIGH_RESOLUTION, from Windows 10 1803 on
 constexpr size_t OwnHandles = 2;
 constexpr int MessagesATurn = 64;
 constexpr int64_t NanosecondsAUnit = 100;
@@ -69,18 +66,9 @@ class Win32EventLoop::LoopWatch : public Watch {
   std::shared_ptr<Source> m_Source;
 };
 
-Win32EventLoop::Win32EventLoop()
-    : m_WaitableTimer(CreateWaitableTimerExW(nullptr, nullptr, SharpTimer, TIMER_ALL_ACCESS)),
-      m_Raised(CreateEventA(nullptr, FALSE, FALSE, nullptr)) {
-  if (!m_WaitableTimer.Open()) {
-    m_WaitableTimer = Handle(CreateWaitableTimerExW(nullptr, nullptr, 0, TIMER_ALL_ACCESS));
-    m_FineTick = timeBeginPeriod(1) == TIMERR_NOERROR;
-  }
-  if (!m_WaitableTimer.Open() || !m_Raised.Open()) throw SystemError("EventLoop", "");
-}
-
-Win32EventLoop::~Win32EventLoop() {
-  if (m_FineTick) timeEndPeriod(1);
+Win32EventLoop::Win32EventLoop(const WaitableTimer::Calls& calls)
+    : m_WaitableTimer(calls), m_Raised(CreateEventA(nullptr, FALSE, FALSE, nullptr)) {
+  if (!m_Raised.Open()) throw SystemError("EventLoop", "");
 }
 
 std::unique_ptr<Timer> Win32EventLoop::NewTimer(TimerOrder order) {
@@ -133,13 +121,11 @@ void Win32EventLoop::Arm() {
   if (due == m_Armed) return;
   m_Armed = due;
   if (due == Elapsed(0)) {
-    CancelWaitableTimer(m_WaitableTimer.Get());
+    m_WaitableTimer.Cancel();
     return;
   }
   const int64_t left = std::max<int64_t>((due - m_Clock.Elapsed()).count(), 0);
-  LARGE_INTEGER when{};
-  when.QuadPart = -((left + NanosecondsAUnit - 1) / NanosecondsAUnit);
-  SetWaitableTimer(m_WaitableTimer.Get(), &when, 0, nullptr, nullptr, FALSE);
+  m_WaitableTimer.Set((left + NanosecondsAUnit - 1) / NanosecondsAUnit);
 }
 
 HANDLE Win32EventLoop::Sleep(bool boolWait) {

@@ -10,14 +10,14 @@
 #include "host/TimerList.h"
 #include "host/win32/Handle.h"
 #include "host/win32/ModalLoops.h"
+#include "host/win32/WaitableTimer.h"
 #include "host/win32/Win32Clock.h"
 
 namespace vex {
 
 /// The one thread's loop: it sleeps for a window message, for one of the handles watched and for the
 /// waitable timer that is armed for whichever timer is due first; there is no polling. Messages of the
-/// machine's own timers come ten milliseconds late and more, hence the waitable one; before Windows 10 it is
-/// made sharp by asking for the finest system tick.
+/// machine's own timers come ten milliseconds late and more, hence the waitable one.
 ///
 /// While the machine runs a loop of its own on this thread (a window is held by hand, a message box stands),
 /// that one takes the messages, and all else goes on inside it; Quit ends such a loop too.
@@ -28,8 +28,8 @@ namespace vex {
 class Win32EventLoop : public EventLoop {
  public:
   /// Raises Error with the system's code where the machine refuses a handle.
-  Win32EventLoop();
-  ~Win32EventLoop() override;
+  explicit Win32EventLoop(const WaitableTimer::Calls& calls = WaitableTimer::Native());
+  ~Win32EventLoop() override = default;
   Win32EventLoop(const Win32EventLoop&) = delete;
   Win32EventLoop& operator=(const Win32EventLoop&) = delete;
 
@@ -71,9 +71,8 @@ class Win32EventLoop : public EventLoop {
 
   Win32Clock m_Clock;
   TimerList m_Timers{m_Clock};
-  Handle m_WaitableTimer;
+  WaitableTimer m_WaitableTimer;
   Handle m_Raised;
-  bool m_FineTick = false;
   std::vector<std::shared_ptr<Source>> m_Sources;
   std::mutex m_SignalsGuard;
   std::vector<std::weak_ptr<SignalState>> m_Signals;  // raised, not yet handled
