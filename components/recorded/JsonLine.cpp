@@ -1,9 +1,8 @@
 #include "components/recorded/JsonLine.h"
 
-#include <array>
-#include <charconv>
 #include <cmath>
 
+#include "components/recorded/ShortestNumber.h"
 #include "host/Clock.h"
 #include "host/CodePage.h"
 
@@ -38,15 +37,7 @@ struct ValueWriter {
   void operator()(std::nullptr_t) const { Line += "null"; }
   void operator()(bool boolValue) const { Line += boolValue ? "true" : "false"; }
   void operator()(int32_t lValue) const { Line += std::to_string(lValue); }
-  void operator()(double value) const {
-    if (!std::isfinite(value)) {
-      Line += "null";
-      return;
-    }
-    std::array<char, 32> digits{};
-    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), value);
-    Line.append(digits.data(), result.ptr);
-  }
+  void operator()(double value) const { Line += std::isfinite(value) ? ShortestNumber(value) : "null"; }
   void operator()(const std::string& szText) const {
     Line += '"';
     for (const char c : AnsiToUtf8(szText)) AppendEscaped(Line, c);

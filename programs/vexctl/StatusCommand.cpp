@@ -59,7 +59,7 @@ std::string Uptime(int64_t seconds) {
   return szText + std::to_string(seconds % perMinute) + "s";
 }
 
-void PrintStatus(const nlohmann::json& status, DateTime dtNow) {
+void PrintStatus(const nlohmann::ordered_json& status, DateTime dtNow) {
   std::string szState = status.at("ready").get<bool>() ? "running" : "starting";
   if (status.at("shuttingDown").get<bool>()) szState = "shutting down";
   if (status.at("noSchedule").get<bool>()) szState += ", shows on demand only";
@@ -92,8 +92,8 @@ void AddStatusCommand(CLI::App& app, CommandContext& context) {
       return;
     }
     try {
-      PrintStatus(nlohmann::json::parse(szText), context.Machine.Clock().Now());
-    } catch (const nlohmann::json::exception& error) {
+      PrintStatus(nlohmann::ordered_json::parse(szText), context.Machine.Clock().Now());
+    } catch (const nlohmann::ordered_json::exception& error) {
       throw CommandFailure(ExitCannot, std::string("the player's status file is damaged: ") + error.what());
     }
   });

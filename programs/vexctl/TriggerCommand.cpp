@@ -22,7 +22,7 @@ void RequireLink(Host& host) {
   static_cast<void>(PlayerChannel(host).Player());
   std::string szStatus;
   if (!host.Files().Read(host.PlayerFinder().StatusFile(), szStatus)) return;
-  const auto status = nlohmann::json::parse(szStatus, nullptr, false);
+  const auto status = nlohmann::ordered_json::parse(szStatus, nullptr, false);
   if (status.is_object() && status.contains("link") && status["link"] == false)
     throw CommandFailure(ExitCannot, "the player's link is off, so it hears no triggers; see vexctl link on");
 }
@@ -35,7 +35,7 @@ void RequireTakenFromHere(Datagrams& datagrams, const std::string& szRemoteHost)
                                        " only (RemoteHost in XLK), not from this machine");
 }
 
-void Trigger(CommandContext& context, const OscTrigger& trigger) {
+void Press(CommandContext& context, const OscTrigger& trigger) {
   Host& host = context.Machine;
   static_cast<void>(SystemText(trigger.Name, "the trigger's name"));
   RequireLink(host);
@@ -62,7 +62,7 @@ void AddTriggerCommand(CLI::App& app, CommandContext& context) {
   command->add_option("UNIT", trigger->Unit, "unit on the network")->required();
   command->add_option("INPUT", trigger->Input, "input of the unit")->required();
   command->add_option("NAME", trigger->Name, "name for the log");
-  command->callback([&context, trigger] { Trigger(context, *trigger); });
+  command->callback([&context, trigger] { Press(context, *trigger); });
 }
 
 }  // namespace vex

@@ -29,7 +29,7 @@ std::shared_ptr<MonitoredShowEvent> RunningOnDemand(Host& host) {
   std::string szStatus;
   if (host.PlayerFinder().FindPlayer() == 0) return nullptr;
   if (!host.Files().Read(host.PlayerFinder().StatusFile(), szStatus)) return nullptr;
-  const auto status = nlohmann::json::parse(szStatus, nullptr, false);
+  const auto status = nlohmann::ordered_json::parse(szStatus, nullptr, false);
   if (!status.is_object() || !status.contains("current") || !status["current"].is_string()) return nullptr;
   std::string szCurrent;
   if (!Utf8ToAnsi(status["current"].get<std::string>(), szCurrent) || szCurrent.empty()) return nullptr;

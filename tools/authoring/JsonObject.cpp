@@ -10,7 +10,7 @@ namespace vex {
 
 namespace {
 
-std::string SingleByte(const nlohmann::json& value, const std::string& szPlace) {
+std::string SingleByte(const nlohmann::ordered_json& value, const std::string& szPlace) {
   if (!value.is_string()) RefuseJson(szPlace, "must be a text");
   std::string szText;
   if (!Utf8ToAnsi(value.get_ref<const std::string&>(), szText)) {
@@ -19,7 +19,7 @@ std::string SingleByte(const nlohmann::json& value, const std::string& szPlace) 
   return szText;
 }
 
-const nlohmann::json& List(const nlohmann::json& value, const std::string& szPlace) {
+const nlohmann::ordered_json& List(const nlohmann::ordered_json& value, const std::string& szPlace) {
   if (!value.is_array()) RefuseJson(szPlace, "must be a list");
   return value;
 }
@@ -34,7 +34,7 @@ void RefuseJson(const std::string& szPlace, const std::string& szWhat) {
   throw Error(ErrorTypeMismatch, "", szPlace + ": " + szWhat);
 }
 
-JsonObject::JsonObject(const nlohmann::json& value, std::string szPlace)
+JsonObject::JsonObject(const nlohmann::ordered_json& value, std::string szPlace)
     : m_Value(&value), m_Place(std::move(szPlace)) {
   if (!value.is_object()) RefuseJson(m_Place.empty() ? "the show" : m_Place, "must be an object, { ... }");
 }
@@ -74,7 +74,7 @@ std::vector<std::string> JsonObject::Texts(const char* szName) {
   return texts;
 }
 
-const nlohmann::json* JsonObject::Value(const char* szName) {
+const nlohmann::ordered_json* JsonObject::Value(const char* szName) {
   m_Asked.insert(szName);
   const auto found = m_Value->find(szName);
   return found == m_Value->end() || found->is_null() ? nullptr : &*found;

@@ -13,7 +13,7 @@ namespace vex {
 class JsonObject {
  public:
   /// Raises unless the value is an object. The value outlives this.
-  JsonObject(const nlohmann::json& value, std::string szPlace);
+  JsonObject(const nlohmann::ordered_json& value, std::string szPlace);
 
   [[nodiscard]] bool Flag(const char* szName, bool boolDefault);
   [[nodiscard]] int32_t Number(const char* szName, int32_t lDefault);
@@ -21,7 +21,7 @@ class JsonObject {
   [[nodiscard]] std::string Text(const char* szName);
   [[nodiscard]] std::vector<std::string> Texts(const char* szName);
   /// Null where it is missing, or null itself.
-  [[nodiscard]] const nlohmann::json* Value(const char* szName);
+  [[nodiscard]] const nlohmann::ordered_json* Value(const char* szName);
   /// The objects of a list.
   [[nodiscard]] std::vector<JsonObject> Objects(const char* szName);
   [[nodiscard]] std::string PlaceOf(const std::string& szName) const;
@@ -29,7 +29,7 @@ class JsonObject {
   void NothingElse() const;
 
  private:
-  const nlohmann::json* m_Value;
+  const nlohmann::ordered_json* m_Value;
   std::string m_Place;
   std::set<std::string> m_Asked;
 };

@@ -74,7 +74,7 @@ Json GroupToJson(const InteractiveGroup& group) {
 
 std::shared_ptr<Playlist> PlaylistFromJson(JsonObject& show, const char* szName,
                                            const std::shared_ptr<Playlist>& fresh) {
-  const nlohmann::json* const value = show.Value(szName);
+  const nlohmann::ordered_json* const value = show.Value(szName);
   if (!value) return fresh;
   JsonObject json(*value, szName);
   Playlist& playlist = *fresh;
@@ -95,7 +95,7 @@ std::shared_ptr<Playlist> PlaylistFromJson(JsonObject& show, const char* szName,
 
 /// Empty where none is named.
 std::shared_ptr<Trigger> TriggerFromJson(JsonObject& owner, const char* szName) {
-  const nlohmann::json* const value = owner.Value(szName);
+  const nlohmann::ordered_json* const value = owner.Value(szName);
   if (!value) return nullptr;
   JsonObject json(*value, owner.PlaceOf(szName));
   const int32_t lNetwork = json.Number("network", 0);
@@ -141,8 +141,8 @@ std::string LineAndColumn(std::string_view szText, size_t byte) {
 /// Refuses a name that an object has twice: the parser would keep the last and lose the others.
 class NamesOnce {
  public:
-  bool operator()(int, nlohmann::json::parse_event_t event, const nlohmann::json& parsed) {
-    using Event = nlohmann::json::parse_event_t;
+  bool operator()(int, nlohmann::ordered_json::parse_event_t event, const nlohmann::ordered_json& parsed) {
+    using Event = nlohmann::ordered_json::parse_event_t;
     if (event == Event::object_start) m_Names.emplace_back();
     if (event == Event::object_end) m_Names.pop_back();
     if (event == Event::key && !m_Names.back().insert(parsed.get<std::string>()).second)
@@ -154,13 +154,13 @@ class NamesOnce {
   std::vector<std::set<std::string>> m_Names;
 };
 
-nlohmann::json Parsed(std::string_view szJson) {
+nlohmann::ordered_json Parsed(std::string_view szJson) {
   NamesOnce namesOnce;
   try {
-    return nlohmann::json::parse(szJson, std::ref(namesOnce));
-  } catch (const nlohmann::json::parse_error& error) {
+    return nlohmann::ordered_json::parse(szJson, std::ref(namesOnce));
+  } catch (const nlohmann::ordered_json::parse_error& error) {
     RefuseJson(LineAndColumn(szJson, error.byte), "the text is no JSON from here on");
-  } catch (const nlohmann::json::out_of_range&) {
+  } catch (const nlohmann::ordered_json::out_of_range&) {
     RefuseJson("the show", "holds a number beyond all bounds, like 1e999");
   }
 }
@@ -187,7 +187,7 @@ std::string ShowToJson(const Show& show, bool boolLines) {
 }
 
 std::shared_ptr<Show> ShowFromJson(std::string_view szJson) {
-  const nlohmann::json parsed = Parsed(szJson);
+  const nlohmann::ordered_json parsed = Parsed(szJson);
   JsonObject json(parsed, "");
   if (json.Text("format") != Format) RefuseJson("format", "must be \"vexshow\"");
   if (json.Number("version", Version) != Version) RefuseJson("version", "must be 1");

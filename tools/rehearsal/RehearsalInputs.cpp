@@ -9,7 +9,7 @@
 namespace vex {
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
 /// One line of the file, with its members asked for one by one; those that nobody asked for are wrong.
 class InputLine {

@@ -14,6 +14,9 @@ namespace MediaLibraryFile {
 [[nodiscard]] void* Load(std::string& szFailure);
 /// A function of the library; null where it has none of that name.
 [[nodiscard]] void* Find(void* library, const char* szFunction);
+/// What the library may draw with, the best first, and at the end nothing: a display that is missing must not
+/// end the sound.
+[[nodiscard]] std::string VideoDrivers();
 /// How many displays have broken away from cores that drew on them.
 [[nodiscard]] uint32_t DisplaysGone();
 

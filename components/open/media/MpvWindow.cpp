@@ -1,8 +1,6 @@
 #include "components/open/media/MpvWindow.h"
 
-#include <filesystem>
-#include <system_error>
-
+#include "components/open/media/MediaLibraryFile.h"
 #include "components/open/media/MpvCore.h"
 
 namespace vex {
@@ -12,16 +10,6 @@ namespace {
 constexpr const char* Size = "640x360";
 constexpr const char* Visualization =
     "[aid1]asplit[ao][a];[a]showwaves=s=640x360:mode=line:rate=30,format=yuv420p[vo]";
-
-/// With the graphics processor; where there is none drawn plainly, which costs a third of imitating one, and
-/// Mesa, which imitates it, loses a megabyte with each window; else not at all, for a display that is missing
-/// must not end the sound.
-std::string Drivers() {
-  std::error_code none;
-  for (const auto& device : std::filesystem::directory_iterator("/dev/dri", none))
-    if (device.path().filename().string().starts_with("renderD")) return "gpu,x11,null";
-  return "x11,null";
-}
 
 /// A place left of the first screen or above it is a plus with a negative number.
 std::string Geometry(int32_t lLeft, int32_t lTop) {
@@ -88,7 +76,7 @@ void MpvWindow::Apply() {
   if (m_Made) {
     Set("title", m_Caption);
     Set("geometry", Geometry(m_Left, m_Top));
-    Set("vo", Drivers());
+    Set("vo", MediaLibraryFile::VideoDrivers());
     Set("force-window", "yes");
   } else {
     Set("force-window", "no");

@@ -12,7 +12,7 @@
 namespace vex {
 namespace {
 
-using Json = nlohmann::json;
+using Json = nlohmann::ordered_json;
 
 constexpr double LatestSecond = std::numeric_limits<int32_t>::max() / 1000.0;  // times are asked in ms
 constexpr double HighestLevel = 100;

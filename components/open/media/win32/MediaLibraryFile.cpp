@@ -21,6 +21,11 @@ void* MediaLibraryFile::Find(void* library, const char* szFunction) {
   return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(library), szFunction));
 }
 
+/// There the library knows none but the graphics processor that every machine has.
+std::string MediaLibraryFile::VideoDrivers() {
+  return "gpu,null";
+}
+
 /// Displays are the machine's own here and do not break away.
 uint32_t MediaLibraryFile::DisplaysGone() {
   return 0;
