@@ -102,7 +102,11 @@ void ExportRegistryKey(const std::string& szSubkey, RegistryText& text) {
   if (key.Get() == nullptr || !FitsALine(szSubkey)) return;
   text.AddKey(szSubkey);
   TakeValues(key.Get(), szSubkey, text);
-  for (const std::string& szName : KeysBelow(key.Get())) ExportRegistryKey(szSubkey + "\\" + szName, text);
+  const std::string szBelow = szSubkey + "\\";
+  for (const std::string& szName : KeysBelow(key.Get())) {
+    std::string szKey = szBelow;
+    ExportRegistryKey(szKey.append(szName), text);
+  }
 }
 
 }  // namespace vex
