@@ -71,7 +71,7 @@ cases() {
 builds_of() {
   case $1 in
     native | page | tidy) echo dev ;;
-    asan | fuzz) echo asan ;;
+    asan | fuzz) echo "$1" ;;
     e2e | package) echo release ;;
     windows) echo release windows-x86_64 windows-i686 ;;
   esac
@@ -81,9 +81,8 @@ builds_of() {
 make_build() {
   local preset=$1 options=() status began=$SECONDS
   # Some builds parse the common headers once. The others hold every source to include what it uses.
-  case $preset in asan | windows-*) options=(-DVEX_PCH=ON) ;; esac
+  case $preset in asan | fuzz | windows-*) options=(-DVEX_PCH=ON) ;; esac
   case $preset in
-    asan) options+=(-DVEX_FUZZ=ON) ;;  # the rooms that the sanitizers' tests try are fuzzed, too
     # Benchmarks are to build. Optimised as a whole with the rooms, each would take as long as a program.
     dev) options+=(-DVEX_BENCH=ON) ;;
     release) options+=(-DVEX_BENCH=OFF) ;;
@@ -173,14 +172,14 @@ try_fuzzer() {
 
 step_fuzz() {
   heading "fuzzers, $fuzz_seconds s each, $(nproc) at once"
-  if ! made asan; then check "build asan" false; return; fi
+  if ! made fuzz; then check "build fuzz" false; return; fi
   local fuzzer name
-  for fuzzer in build/asan/fuzz/*Fuzz; do
+  for fuzzer in build/fuzz/fuzz/*Fuzz; do
     while [ "$(jobs -rp | wc -l)" -ge "$(nproc)" ]; do wait -n; done
     try_fuzzer "$fuzzer" &
   done
   wait
-  for fuzzer in build/asan/fuzz/*Fuzz; do
+  for fuzzer in build/fuzz/fuzz/*Fuzz; do
     name=$(basename "$fuzzer")
     cat "$results/$name.log"
     check "$name" [ "$(cat "$results/$name.status")" = 0 ]
@@ -314,7 +313,7 @@ compute() {
   export GLIBC_TUNABLES=glibc.malloc.hugetlb=1  # Clang takes a twelfth less time
   make_builds release
   in_turn format house
-  make_builds windows-x86_64 dev windows-i686 asan
+  make_builds windows-x86_64 dev windows-i686 asan fuzz
   in_turn fuzz tidy
 }
 
