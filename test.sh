@@ -156,7 +156,7 @@ tidy_windows() {
     words+=("--extra-arg=-isystem$folder")
   done
   git ls-files "host/win32/*.cpp" "components/com/*.cpp" "components/*/win32/*.cpp" "components/*/plain/*.cpp" |
-    xargs -P "$(nproc)" -n 4 clang-tidy-14 -p build/windows-x86_64 --quiet --checks=-performance-no-int-to-ptr \
+    xargs ls -S | xargs -P "$(nproc)" -n 1 nice -n 10 clang-tidy-14 -p build/windows-x86_64 --quiet --checks=-performance-no-int-to-ptr \
       --extra-arg=--target=x86_64-w64-mingw32 "${words[@]}" --extra-arg=-Wno-unknown-warning-option 2>/dev/null
 }
 
@@ -257,10 +257,10 @@ step_windows() {
   local architecture tried=()
   for architecture in x86_64 i686; do
     if ! made "windows-$architecture"; then check "build windows-$architecture" false; continue; fi
-    [ "$architecture" = i686 ] || check "clang-tidy of what only Windows has" tidy_windows
     [ ${#own_network[@]} -gt 0 ] || wait
     (try_windows "$architecture") >"$results/windows-$architecture.log" 2>&1 &
     tried+=("$architecture")
+    [ "$architecture" = i686 ] || check "clang-tidy of what only Windows has" tidy_windows
   done
   wait
   for architecture in "${tried[@]}"; do add_windows "$architecture"; done
