@@ -78,7 +78,7 @@ Decimal Shortest(double value) {
        ++digits) {
     const Decimal nearest = Rounded(value, digits);
     if (ReadsBack(nearest, value)) return Stripped(nearest.Digits, nearest.Exponent);
-    const Decimal above = NextAbove(nearest);
+    Decimal above = NextAbove(nearest);
     if (digits > SafeDigits && ReadsBack(above, value)) return above;
   }
   return Rounded(value, EnoughDigits);
