@@ -52,9 +52,9 @@ if(NOT WIN32)
   install(TARGETS ${programs} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
   install(TARGETS lightview RUNTIME DESTINATION ${CMAKE_INSTALL_LIBDIR}/vexmonitor)
   install(PROGRAMS ${packaging}/vexmonitor-demo DESTINATION ${CMAKE_INSTALL_BINDIR})
-  install(FILES demo/cues.py demo/house.py demo/keys.py demo/make_demo.py demo/play.py demo/sequences.py
-          demo/songs.py demo/film.py demo/fur-elise.ogg demo/jingle-bells.ogg demo/silent-night.mp4
-          DESTINATION ${demonstration})
+  install(DIRECTORY demo/ DESTINATION ${demonstration}
+          FILES_MATCHING PATTERN "*.py" PATTERN "*.ogg" PATTERN "*.mp4"
+          PATTERN play_windows.py EXCLUDE PATTERN lightview EXCLUDE PATTERN __pycache__ EXCLUDE)
   install(FILES README.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/vexmonitor)
   install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/vexmonitor
           PATTERN windows.md EXCLUDE)
