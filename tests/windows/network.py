@@ -30,6 +30,7 @@ START_UP = 40  # seconds, on a busy machine
 BLACK = bytes(512)
 TELL_HOPS = 12  # IP_RECVTTL, for which the socket module has no name
 RECORDING = "Geh\u00f6rt.txt"
+PATIENCE = 240  # seconds: Wine's server has been seen to stand still for a minute beside a busy disk
 
 
 class Failed(Exception):
@@ -45,6 +46,10 @@ class Stage:
         self.watch = None
         for name in ("VexMonitor", "vexctl", "VexPostInstall"):
             machine.bring(wine.BUILD / f"windows-{architecture}" / "bin" / f"{name}.exe")
+        status, said = self.call("cmd", "/c", "cd")
+        if status != 0 or not said.strip():
+            raise Failed(f"Wine does not tell its folder: {said.strip()}")
+        self.here = said.strip().replace("\\", "\\\\")
 
     def begin(self):
         self.address = f"127.{random.randrange(2, 250)}.{random.randrange(250)}.{random.randrange(1, 250)}"
@@ -79,7 +84,7 @@ class Stage:
         self.path(name).write_text(cue(*arguments, **options), encoding="utf-8")
 
     def call(self, *command):
-        status = self.machine.call(["wine", *command], 60, self.path("call.txt"))
+        status = self.machine.call(["wine", *command], PATIENCE, self.path("call.txt"))
         return status, self.path("call.txt").read_text(encoding="utf-8", errors="replace")
 
     def write_settings(self):
@@ -87,9 +92,8 @@ class Stage:
             return "".join(f'"{name}"=' + (f"dword:{value:08x}" if isinstance(value, int) else f'"{value}"') + "\r\n"
                            for name, value in entries.items())
 
-        here = self.call("cmd", "/c", "cd")[1].strip().replace("\\", "\\\\")
-        text = ("REGEDIT4\r\n\r\n" + f"[-{KEY}]\r\n\r\n[{KEY}]\r\n" + values({"UserDataPath": here + "\\\\"}) +
-                f"\r\n[{KEY}\\Shared]\r\n" + values({"AudioPath": here, "NonAudioPath": here}))
+        text = ("REGEDIT4\r\n\r\n" + f"[-{KEY}]\r\n\r\n[{KEY}]\r\n" + values({"UserDataPath": self.here + "\\\\"}) +
+                f"\r\n[{KEY}\\Shared]\r\n" + values({"AudioPath": self.here, "NonAudioPath": self.here}))
         for name, entries in (("Output", self.output), ("Components", self.components), ("XLK", self.link)):
             text += f"\r\n[{KEY}\\{name}]\r\n" + values(entries)
         self.path("settings.reg").write_bytes(text.encode("cp1252"))
@@ -131,14 +135,16 @@ class Stage:
         time.sleep(0.3)
 
     def clear(self):
-        for process in (self.player, self.watch):
-            if process and process.poll() is None:
-                self.call("vexctl.exe", "shutdown", "--now")
-                try:
-                    process.wait(10)
-                except subprocess.TimeoutExpired:
-                    process.kill()
-                    process.wait()
+        if self.player and self.player.poll() is None:
+            self.call("vexctl.exe", "shutdown", "--now")
+            try:
+                self.player.wait(10)
+            except subprocess.TimeoutExpired:
+                self.player.kill()
+                self.player.wait()
+        if self.watch and self.watch.poll() is None:  # it would wait for the next player
+            self.watch.kill()
+            self.watch.wait()
         for packets in self.closing:
             packets.close()
         self.player = self.watch = None
