@@ -12,6 +12,7 @@ times=${2:-100}
 folder=$(mktemp -d)
 supervisor=
 
+# Either process may have ended by itself by now, and the supervised one always ends badly: it is killed.
 end() {
   touch "$folder/over"
   [ ! -s "$folder/pid" ] || kill -9 "$(cat "$folder/pid")" 2>/dev/null || true
@@ -42,7 +43,7 @@ supervise() {
   while [ ! -e "$folder/over" ]; do
     "$programs/VexMonitor" >>"$folder/messages.txt" 2>&1 &
     echo $! >"$folder/pid"
-    wait $! || true
+    wait $! || true  # killed, as it is meant to be
     sleep 0.1
   done
 }

@@ -40,6 +40,12 @@ class Evening : public testing::Test {
     TheWatchman->LightsChanged = [this](const HeardUniverse& heard) { Lights.push_back(heard.Slots[0]); };
     TheWatchman->Begin();
   }
+  /// The watch has begun, and the player has come and is known to it.
+  void BeginBesideAPlayer() {
+    Begin();
+    StartPlayer();
+    Seconds(2);
+  }
   void Seconds(int64_t seconds) { Host.EventLoop().Advance(seconds * 1000); }
 
   // The player.

@@ -27,9 +27,7 @@ TEST_F(Evening, APlayerThatComesIsHeardAndItsFarewellIsNoTrouble) {
 
 TEST_F(Evening, APlayerThatIsGoneWithoutAFarewellIsTroubleFromThen) {
   Options.OnTrouble = "ring";
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   EndPlayer();
   Seconds(2);
   EXPECT_EQ(State.Light.Colour, LightColour::Trouble);
@@ -41,9 +39,7 @@ TEST_F(Evening, APlayerThatIsGoneWithoutAFarewellIsTroubleFromThen) {
 
 /// A trigger may have any name, line ends included, and so make a line that looks like the player's own.
 TEST_F(Evening, ALineThatLooksLikeAFarewellExcusesNoEndMinutesLater) {
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Tell("18:00: Trigger detected: x\r\n18:00: Show Player shutting down");
   Seconds(120);
   EndPlayer();
@@ -53,9 +49,7 @@ TEST_F(Evening, ALineThatLooksLikeAFarewellExcusesNoEndMinutesLater) {
 
 TEST_F(Evening, AShowPlaysOnlyWhileItsLightsAreSeen) {
   Options.Sound = SoundBy::Nothing;
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Says({"carol.vexseq"});
   Shine(5);
   EXPECT_EQ(State.Light.Colour, LightColour::Playing);
@@ -71,9 +65,7 @@ TEST_F(Evening, AShowPlaysOnlyWhileItsLightsAreSeen) {
 }
 
 TEST_F(Evening, LightsThatNeverComeAreMissedFromWhenTheyWereDue) {
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Says({"carol.vexseq"});
   Seconds(3);
   EXPECT_EQ(State.Light.Colour, LightColour::Playing) << "the first light is due a second in";
@@ -83,9 +75,7 @@ TEST_F(Evening, LightsThatNeverComeAreMissedFromWhenTheyWereDue) {
 }
 
 TEST_F(Evening, LightsOfSomebodyElseAreNotTheShows) {
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Says({"carol.vexseq"});
   for (int i = 0; i < 60; ++i) {
     Light(200, 1, "Console");
@@ -96,9 +86,7 @@ TEST_F(Evening, LightsOfSomebodyElseAreNotTheShows) {
 
 TEST_F(Evening, ASongThatStandsStillIsTrouble) {
   Options.Sound = SoundBy::Lights;
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Says({"carol.vexseq"}, "carol.ogg");
   Shine(40);
   EXPECT_EQ(State.Light.Colour, LightColour::Playing);
@@ -115,9 +103,7 @@ TEST_F(Evening, ASoundCardThatStopsIsTroubleWithinSeconds) {
   const std::string szStatus = "Z:\\proc\\asound\\card0\\pcm0p\\sub0\\status";
   Host.Files().Put("Z:\\proc\\asound\\pcm", "00-00: Speaker : Speaker : playback 1\n");
   Options.Packets = false;
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Says({"carol.vexseq"}, "carol.ogg");
   for (int i = 0; i < 20; ++i) {
     Host.Files().Put(szStatus, "state: RUNNING\nhw_ptr      : " + std::to_string(48000 * i) + "\n");
@@ -133,9 +119,7 @@ TEST_F(Evening, ASoundCardThatStopsIsTroubleWithinSeconds) {
 TEST_F(Evening, TheCommandIsRunOnceAtTheBeginningAndOnceAtTheEnd) {
   Options.Sound = SoundBy::Nothing;
   Options.OnTrouble = "ring";
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Says({"carol.vexseq"});
   Shine(3);
   EXPECT_TRUE(Commands().empty());
@@ -149,9 +133,7 @@ TEST_F(Evening, TheCommandIsRunOnceAtTheBeginningAndOnceAtTheEnd) {
 
 TEST_F(Evening, ACauseIsOneArgumentWhateverStandsInIt) {
   Options.OnTrouble = "ring";
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Tell("18:00: Cannot read show file: '; rm -rf ~; echo $(id) `id` \\'\".shw");
   Seconds(1);
   ASSERT_EQ(Commands().size(), 1u);
@@ -165,9 +147,7 @@ TEST_F(Evening, ACauseIsOneArgumentWhateverStandsInIt) {
 TEST_F(Evening, ACommandThatCannotBeStartedIsNotedAndTheWatchGoesOn) {
   Host.Processes().FailStarts(2);
   Options.OnTrouble = "ring";
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   EndPlayer();
   Seconds(2);
   EXPECT_TRUE(Said("The command for trouble cannot be started: "));
@@ -175,9 +155,7 @@ TEST_F(Evening, ACommandThatCannotBeStartedIsNotedAndTheWatchGoesOn) {
 }
 
 TEST_F(Evening, AnErrorLineIsTroubleForHalfAMinute) {
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Tell("18:00: Cannot read show file: eve.shw");
   Seconds(1);
   EXPECT_EQ(State.Light.Colour, LightColour::Trouble);
@@ -187,9 +165,7 @@ TEST_F(Evening, AnErrorLineIsTroubleForHalfAMinute) {
 }
 
 TEST_F(Evening, AHeartbeatThatFailedWithoutALineIsNotedOnce) {
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Says({}, {}, "Timer Error: Overflow");
   Seconds(3);
   EXPECT_TRUE(Said("Timer Error: Overflow"));
@@ -201,9 +177,7 @@ TEST_F(Evening, AHeartbeatThatFailedWithoutALineIsNotedOnce) {
 
 TEST_F(Evening, AHeartbeatThatFailedBeforeTheWatchBeganIsNoNews) {
   Host.EventLoop().Advance(3'600'000);
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Says({}, {}, "Timer Error: Overflow");
   Seconds(3);
   EXPECT_FALSE(Said("Timer Error: Overflow"));
@@ -211,9 +185,7 @@ TEST_F(Evening, AHeartbeatThatFailedBeforeTheWatchBeganIsNoNews) {
 }
 
 TEST_F(Evening, SongsWithoutALoudspeakerAreAnErrorOfTheLog) {
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Says({}, {}, "No sound output can be opened: media play without sound");
   Seconds(3);
   EXPECT_TRUE(Said("No sound output can be opened: media play without sound"));
@@ -222,9 +194,7 @@ TEST_F(Evening, SongsWithoutALoudspeakerAreAnErrorOfTheLog) {
 }
 
 TEST_F(Evening, AStatusFileThatIsNoneChangesNothing) {
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   for (const char* szText : {"", "{", "[]", "{\"ready\":1}", "null"}) {
     Host.Files().Put(Host.PlayerFinder().StatusFile(), szText);
     Seconds(1);
@@ -233,9 +203,7 @@ TEST_F(Evening, AStatusFileThatIsNoneChangesNothing) {
 }
 
 TEST_F(Evening, APlayerThatDoesNotAnswerIsTrouble) {
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Answers = false;
   Seconds(40);
   EXPECT_EQ(State.Light.Colour, LightColour::Trouble);
@@ -243,9 +211,7 @@ TEST_F(Evening, APlayerThatDoesNotAnswerIsTrouble) {
 }
 
 TEST_F(Evening, PicturesOfLightsComeAFewTimesASecondHoweverManyPackets) {
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Says({"carol.vexseq"});
   for (int i = 0; i < 2000; ++i) {
     Light(static_cast<uint8_t>(i));
@@ -256,9 +222,7 @@ TEST_F(Evening, PicturesOfLightsComeAFewTimesASecondHoweverManyPackets) {
 }
 
 TEST_F(Evening, TheHistoryIsToldOnlyWhenItHasChanged) {
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Tell("18:00: Starting show: eve.shw");
   Seconds(2);
   EXPECT_EQ(HistoryTold, 1);
@@ -273,9 +237,7 @@ TEST_F(Evening, TheHistoryIsToldOnlyWhenItHasChanged) {
 }
 
 TEST_F(Evening, WhoComesBackBeginsWithTheLastLinesOfTheLog) {
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   for (int i = 0; i < 5000; ++i) Tell("18:00: line " + std::to_string(i));
   TheWatchman->End();
   TheWatchman.reset();
@@ -298,9 +260,7 @@ TEST_F(Evening, ALogThatCannotBeWrittenIsToldAtTheBeginning) {
 }
 
 TEST_F(Evening, ADiskThatIsFullForAWhileCostsNoLine) {
-  Begin();
-  StartPlayer();
-  Seconds(2);
+  BeginBesideAPlayer();
   Host.Files().FailWrites("Z:\\state\\vexmonitor\\log", "No space left on device");
   for (int i = 0; i < 100; ++i) Tell("18:00: line " + std::to_string(i));
   Seconds(60);
